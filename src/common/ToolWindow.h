@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+namespace brackwell {
+
+class FileSystemObject;
+class frmImages;
+
+/// What the main window lends to every tool window.
+struct Services {
+  FileSystemObject& Files;
+  frmImages& Images;
+  /// Enables or disables the toolbar button with the given key ("Print": and its menu item).
+  std::function<void(const QString& key, bool enabled)> tlbMain_ENABLE;
+};
+
+/// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the main
+/// window calls it by name.
+///
+/// Long work runs on the one thread and lets events through, so a window may be asked to close while its own code is
+/// still on the stack. While a Run is alive the close is put off, the run is told to stop, and the window closes as
+/// soon as the run has ended.
+class ToolWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ToolWindow(Services& services);
+
+  bool IsRunning() const { return mRunning; }
+  /// Asks the run to end; it does so after the item in hand.
+  void StopRun() { mStopAsked = true; }
+
+  /// The main window made this window the active one, or no longer does.
+  virtual void Form_Activate() {}
+  virtual void Form_Deactivate() {}
+
+ Q_SIGNALS:
+  void RunEnded();
+
+ protected:
+  /// For as long as one is alive the window is busy. At most one per window.
+  class Run {
+   public:
+    explicit Run(ToolWindow& window);
+    ~Run();
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+   private:
+    ToolWindow& mWindow;
+  };
+
+  bool StopAsked() const { return mStopAsked; }
+  /// The window is closing: save what is to be remembered. Called once.
+  virtual void Form_Unload() {}
+  /// Closes the window together with its frame in the main window.
+  void Unload();
+
+  void closeEvent(QCloseEvent* event) override;
+
+  Services& mServices;
+
+ private:
+  bool mRunning = false;
+  bool mStopAsked = false;
+  bool mCloseAsked = false;
+};
+
+}  // namespace brackwell
