@@ -18,4 +18,7 @@ std::strong_ordering CompareIgnoreCase(std::string_view a, std::string_view b);
 /// As CompareIgnoreCase, with `first` (an ASCII character) before every other character.
 std::strong_ordering CompareIgnoreCaseWithFirst(std::string_view a, std::string_view b, char first);
 
+/// The order of every listing: by name, ignoring case; names that differ in case only, by their bytes.
+std::strong_ordering OrderOfNames(std::string_view a, std::string_view b);
+
 }  // namespace brackwell

@@ -70,8 +70,8 @@ class Folder {
   virtual const std::string& Path() const = 0;
   virtual ItemProperties Properties() const = 0;
 
-  /// The folder's members, by name, ignoring case (names that differ in case only: by their bytes). Read on
-  /// the first call of either and kept. Everything that is not a folder is a file, pipes and sockets included.
+  /// The folder's members in OrderOfNames. Read on the first call of either and kept. Everything that is not a
+  /// folder is a file, pipes and sockets included.
   virtual const std::vector<Member>& Files() = 0;
   virtual const std::vector<Member>& SubFolders() = 0;
 
@@ -99,6 +99,8 @@ class FileSystemObject {
   /// Raises PathNotFound where there is no folder. `tick` is called while the members are read.
   virtual std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick = {}) const = 0;
   virtual FolderIdentity Identity(const std::string& folder) const = 0;
+  /// True where `folder` is `ancestor` or lies below it, whatever links lead there. Both must exist.
+  virtual bool LiesWithin(const std::string& folder, const std::string& ancestor) const = 0;
 
   /// The path of the drive (volume) that holds `path`: "C:" on Windows, the mount point on POSIX.
   virtual std::string Drive(const std::string& path) const = 0;
@@ -115,14 +117,15 @@ class FileSystemObject {
   /// target that is no regular file, or a dangling link), DiskFull, ...
   virtual void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                         const Tick& tick = {}) = 0;
-  /// Renames a file or folder and never overwrites: raises FileAlreadyExists. Files move across volumes by copy.
+  /// Renames a file and never overwrites: raises FileAlreadyExists. Across volumes it is copied, then removed.
   virtual void MoveFile(const std::string& source, const std::string& target) = 0;
   /// Raises FileAlreadyExists, PathNotFound (no parent folder), ...
   virtual void CreateFolder(const std::string& path) = 0;
 
-  /// Copies a folder and everything below it, into `target` itself; an existing target is merged with. Links back
-  /// into the chain of folders being copied are made again as links. Raises FileAlreadyExists where `target` is a
-  /// file, PathFileAccess for a folder that would be copied into itself; ends with the first error.
+  /// Copies a folder and everything below it, into `target` itself; an existing target is merged with. Links that
+  /// lead nowhere, or back into the chain of folders being copied, are made again as links. Raises
+  /// FileAlreadyExists where `target` is a file, PathFileAccess for a folder that would be copied into itself. What
+  /// cannot be copied is left out and the rest copied, then the first error raised; a full disk ends it at once.
   void CopyFolder(const std::string& source, const std::string& target, bool overwrite, const Tick& tick = {});
 
   /// Reads a regular file as bytes.
@@ -131,13 +134,11 @@ class FileSystemObject {
   /// Raises FileAlreadyExists (no overwrite), ...
   virtual std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) = 0;
 
-  /// Steps of CopyFolder that only a system can do: mode and modification time of a folder just made; a link.
+  /// Gives a folder the mode and modification time of another.
   virtual void CopyFolderProperties(const std::string& source, const std::string& target) = 0;
+  /// Makes the link `target` that leads where the text of the link `source` says; an existing target is left.
   virtual void CopyLink(const std::string& source, const std::string& target) = 0;
 
- private:
-  void CopyMembers(const std::string& root, const std::string& source, const std::string& target, bool overwrite,
-                   const Tick& tick);
 };
 
 /// The file system of this machine.

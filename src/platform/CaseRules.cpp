@@ -1,0 +1,88 @@
+#include "platform/CaseRules.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace brackwell {
+namespace {
+
+constexpr bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+constexpr char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+/// Takes one character off the front. A byte that begins no valid sequence comes as a value above all of Unicode.
+utf8proc_int32_t Next(const char*& at, const char* end) {
+  constexpr utf8proc_int32_t BeyondUnicode = 0x110000;
+  utf8proc_int32_t code = 0;
+  const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(at), end - at, &code);
+  if (length <= 0) return BeyondUnicode + static_cast<unsigned char>(*at++);
+  at += length;
+  return code;
+}
+
+utf8proc_int32_t UpperOf(utf8proc_int32_t code) { return code < 0x110000 ? utf8proc_toupper(code) : code; }
+
+template <typename Ascii, typename Other>
+std::string Map(std::string_view text, Ascii ascii, Other other) {
+  std::string mapped;
+  mapped.reserve(text.size());
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at != end) {
+    if (IsAscii(*at)) {
+      mapped += ascii(*at++);
+      continue;
+    }
+    const char* const begin = at;
+    const utf8proc_int32_t code = Next(at, end);
+    if (code >= 0x110000) {
+      mapped += *begin;
+      continue;
+    }
+    utf8proc_uint8_t bytes[4];
+    mapped.append(reinterpret_cast<const char*>(bytes), utf8proc_encode_char(other(code), bytes));
+  }
+  return mapped;
+}
+
+/// `rank` gives the place of an ASCII character among all.
+template <typename Rank>
+std::strong_ordering Compare(std::string_view a, std::string_view b, Rank rank) {
+  const char* x = a.data();
+  const char* y = b.data();
+  const char* const xEnd = x + a.size();
+  const char* const yEnd = y + b.size();
+  while (x != xEnd && y != yEnd) {
+    if (*x == *y && IsAscii(*x)) {
+      ++x, ++y;
+      continue;
+    }
+    const utf8proc_int32_t left = IsAscii(*x) ? rank(*x++) : UpperOf(Next(x, xEnd));
+    const utf8proc_int32_t right = IsAscii(*y) ? rank(*y++) : UpperOf(Next(y, yEnd));
+    if (left != right) return left <=> right;
+  }
+  return (x != xEnd) <=> (y != yEnd);
+}
+
+}  // namespace
+
+std::string Upper(std::string_view text) { return Map(text, UpperAscii, utf8proc_toupper); }
+std::string Lower(std::string_view text) { return Map(text, LowerAscii, utf8proc_tolower); }
+
+std::strong_ordering CompareIgnoreCase(std::string_view a, std::string_view b) {
+  return Compare(a, b, [](char c) { return static_cast<utf8proc_int32_t>(UpperAscii(c)); });
+}
+
+std::strong_ordering OrderOfNames(std::string_view a, std::string_view b) {
+  const auto order = CompareIgnoreCase(a, b);
+  return order != 0 ? order : a <=> b;
+}
+
+std::strong_ordering CompareIgnoreCaseWithFirst(std::string_view a, std::string_view b, char first) {
+  return Compare(a, b,
+                 [first](char c) { return c == first ? -1 : static_cast<utf8proc_int32_t>(UpperAscii(c)); });
+}
+
+}  // namespace brackwell

@@ -1,0 +1,113 @@
+#include "platform/FileSystemObject.h"
+
+#include <exception>
+
+namespace brackwell {
+namespace {
+
+void CallTick(const Tick& tick) {
+  if (tick) tick();
+}
+
+/// One run of CopyFolder.
+class FolderCopy {
+ public:
+  FolderCopy(FileSystemObject& files, std::string root, bool overwrite, const Tick& tick)
+      : mFiles(files), mRoot(std::move(root)), mOverwrite(overwrite), mTick(tick) {}
+
+  void Copy(const std::string& source, const std::string& target) {
+    const bool made = !mFiles.FolderExists(target);
+    if (made) mFiles.CreateFolder(target);
+    for (const auto& [name, isLink] : CopyFilesOf(source, target))
+      Try([&, &name = name, isLink = isLink] { CopySubFolder(JoinPath(source, name), JoinPath(target, name), isLink); });
+    if (made) mFiles.CopyFolderProperties(source, target);
+  }
+
+  void RaiseFirstError() const {
+    if (mFirstError) std::rethrow_exception(mFirstError);
+  }
+
+ private:
+  struct SubFolder {
+    std::string Name;
+    bool IsLink;
+  };
+
+  /// Gives what is to be descended into once the folder's handle is closed.
+  std::vector<SubFolder> CopyFilesOf(const std::string& source, const std::string& target) {
+    const auto folder = mFiles.GetFolder(source, mTick);
+    for (const Member& file : folder->Files()) {
+      CallTick(mTick);
+      Try([&] { CopyOneFile(JoinPath(source, file.Name), JoinPath(target, file.Name), file.IsLink); });
+    }
+    std::vector<SubFolder> subFolders;
+    for (const Member& member : folder->SubFolders())
+      subFolders.push_back({std::string(member.Name), member.IsLink});
+    return subFolders;
+  }
+
+  void CopyOneFile(const std::string& source, const std::string& target, bool isLink) {
+    try {
+      mFiles.CopyFile(source, target, mOverwrite, mTick);
+    } catch (const FileSystemError& error) {
+      if (!isLink || error.Kind() != FileError::FileNotFound) throw;
+      mFiles.CopyLink(source, target);
+    }
+  }
+
+  void CopySubFolder(const std::string& source, const std::string& target, bool isLink) {
+    CallTick(mTick);
+    if (isLink && LeadsBack(mFiles, mRoot, source))
+      mFiles.CopyLink(source, target);
+    else
+      Copy(source, target);
+  }
+
+  template <typename Step>
+  void Try(Step step) {
+    try {
+      step();
+    } catch (const FileSystemError& error) {
+      if (error.Kind() == FileError::DiskFull) throw;
+      if (!mFirstError) mFirstError = std::current_exception();
+    }
+  }
+
+  FileSystemObject& mFiles;
+  const std::string mRoot;
+  const bool mOverwrite;
+  const Tick& mTick;
+  std::exception_ptr mFirstError;
+};
+
+std::string NearestExistingFolder(const FileSystemObject& files, std::string path) {
+  while (!path.empty() && !files.FolderExists(path)) path = ParentPath(path);
+  return path;
+}
+
+}  // namespace
+
+void FileSystemObject::CopyFolder(const std::string& source, const std::string& target, bool overwrite,
+                                  const Tick& tick) {
+  if (!FolderExists(source)) throw FileSystemError(FileError::PathNotFound, source);
+  if (FileExists(target)) throw FileSystemError(FileError::FileAlreadyExists, target);
+  const std::string place = NearestExistingFolder(*this, target);
+  if (!place.empty() && LiesWithin(place, source)) throw FileSystemError(FileError::PathFileAccess, source);
+  FolderCopy copy(*this, source, overwrite, tick);
+  copy.Copy(source, target);
+  copy.RaiseFirstError();
+}
+
+bool LeadsBack(const FileSystemObject& files, const std::string& root, const std::string& path) {
+  const FolderIdentity identity = files.Identity(path);
+  const std::size_t rootLength = WithoutSeparator(root).size();
+  for (std::string_view folder = ParentPath(path); folder.size() >= rootLength && !folder.empty();) {
+    if (files.Identity(std::string(folder)) == identity) return true;
+    const std::string_view parent = ParentPath(folder);
+    if (parent.size() >= folder.size()) break;
+    folder = parent;
+  }
+  return false;
+}
+
+}  // namespace brackwell

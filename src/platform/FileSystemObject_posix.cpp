@@ -1,0 +1,249 @@
+#include "platform/FileSystemObject.h"
+
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/FileCopy_posix.h"
+#include "platform/FolderListing_posix.h"
+#include "platform/PendingFile_posix.h"
+#include "platform/Posix.h"
+
+namespace brackwell {
+namespace {
+
+using posix::Handle;
+using posix::Location;
+using posix::PendingFile;
+using posix::Raise;
+
+Handle OpenParent(const std::string& path) {
+  const std::string_view folder = ParentPath(path);
+  return posix::OpenFolder(folder.empty() ? "." : std::string(folder));
+}
+
+class FileReader final : public TextReader {
+ public:
+  FileReader(Handle file, std::string path) : mFile(std::move(file)), mPath(std::move(path)) {}
+
+  std::string ReadAll() override {
+    std::string content;
+    struct stat status {};
+    if (fstat(mFile.Get(), &status) == 0) content.reserve(static_cast<std::size_t>(status.st_size));
+    constexpr std::size_t Step = 1 << 20;
+    for (;;) {
+      const std::size_t before = content.size();
+      content.resize(before + Step);
+      const auto length = read(mFile.Get(), content.data() + before, Step);
+      content.resize(before + (length > 0 ? length : 0));
+      if (length < 0 && errno != EINTR) Raise(errno, mPath);
+      if (length == 0) return content;
+    }
+  }
+
+ private:
+  const Handle mFile;
+  const std::string mPath;
+};
+
+class FileWriter final : public TextWriter {
+ public:
+  FileWriter(const std::string& path, bool overwrite)
+      : mPath(path), mOverwrite(overwrite), mFile(OpenParent(path), std::string(FileName(path)), path) {}
+
+  void Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const auto written = write(mFile.Descriptor(), bytes.data(), bytes.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) Raise(errno, mPath);
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+  }
+
+  void Close() override {
+    fchmod(mFile.Descriptor(), 0666 & ~CurrentMask());
+    mFile.Commit(mOverwrite);
+  }
+
+ private:
+  static mode_t CurrentMask() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return mask;
+  }
+
+  const std::string mPath;
+  const bool mOverwrite;
+  PendingFile mFile;
+};
+
+std::string TextOf(char* text) {
+  std::string result(text ? text : "");
+  g_free(text);
+  return result;
+}
+
+class PosixFileSystem final : public FileSystemObject {
+ public:
+  bool FileExists(const std::string& path) const override {
+    const auto status = Find(path);
+    return status && !status->IsFolder;
+  }
+
+  bool FolderExists(const std::string& path) const override {
+    const auto status = Find(path);
+    return status && status->IsFolder;
+  }
+
+  ItemProperties GetFile(const std::string& path) const override {
+    if (!FileExists(path)) throw FileSystemError(FileError::FileNotFound, path);
+    const Location location(path);
+    return posix::PropertiesAt(location.Folder(), location.Name(), path);
+  }
+
+  std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick) const override {
+    return posix::OpenListing(path, tick);
+  }
+
+  FolderIdentity Identity(const std::string& folder) const override {
+    const Location location(folder);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) Raise(errno, folder);
+    return {status.st_dev, status.st_ino};
+  }
+
+  bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
+    const FolderIdentity wanted = Identity(ancestor);
+    Handle at = posix::OpenFolder(folder);
+    for (FolderIdentity last{};;) {
+      struct stat status {};
+      if (fstat(at.Get(), &status) != 0) Raise(errno, folder);
+      const FolderIdentity here{status.st_dev, status.st_ino};
+      if (here == wanted) return true;
+      if (here == last) return false;  // the root is its own parent
+      last = here;
+      at = Handle(openat(at.Get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+      if (!at.IsOpen()) Raise(errno, folder);
+    }
+  }
+
+  std::string Drive(const std::string& path) const override {
+    char resolved[PATH_MAX];
+    if (!realpath(path.c_str(), resolved)) return "/";
+    std::string drive(resolved);
+    struct stat status {};
+    if (lstat(resolved, &status) != 0) return "/";
+    for (std::string parent(ParentPath(drive)); !parent.empty(); parent = ParentPath(drive)) {
+      struct stat above {};
+      if (lstat(parent.c_str(), &above) != 0 || above.st_dev != status.st_dev) break;
+      drive = parent;
+    }
+    return drive;
+  }
+
+  std::string ShortName(const std::string& path) const override { return std::string(FileName(path)); }
+  std::string ShortPath(const std::string& path) const override { return std::string(WithoutSeparator(path)); }
+
+  std::string Type(const std::string& path) const override {
+    const Location location(path);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) status.st_mode = S_IFLNK;
+    const std::string type = ContentType(status.st_mode, path);
+    return TextOf(g_content_type_get_description(type.c_str()));
+  }
+
+  void CopyFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) override {
+    posix::CopyOneFile(source, target, overwrite, tick);
+  }
+
+  void MoveFile(const std::string& source, const std::string& target) override {
+    if (!FileExists(source)) throw FileSystemError(FileError::FileNotFound, source);
+    const Location from(source);
+    const Location to(target);
+    if (renameat2(from.Folder(), from.Name(), to.Folder(), to.Name(), RENAME_NOREPLACE) == 0) return;
+    if (errno == EINVAL) {  // not known to this file system
+      if (linkat(from.Folder(), from.Name(), to.Folder(), to.Name(), 0) != 0) Raise(errno, target);
+    } else if (errno == EXDEV) {
+      CopyFile(source, target, false, {});
+    } else {
+      Raise(errno, target);
+    }
+    if (unlinkat(from.Folder(), from.Name(), 0) != 0) Raise(errno, source);
+  }
+
+  void CreateFolder(const std::string& path) override {
+    const std::string name(WithoutSeparator(path));
+    const Location location(name);
+    if (mkdirat(location.Folder(), location.Name(), 0777) != 0) Raise(errno, path);
+  }
+
+  void CopyFolderProperties(const std::string& source, const std::string& target) override {
+    const Location from(source);
+    const Location to(target);
+    struct stat status {};
+    if (fstatat(from.Folder(), from.Name(), &status, 0) != 0) Raise(errno, source);
+    const timespec times[] = {status.st_atim, status.st_mtim};
+    // Kept where the file system can keep them; the copy itself is done.
+    static_cast<void>(utimensat(to.Folder(), to.Name(), times, 0) == 0);
+    static_cast<void>(fchmodat(to.Folder(), to.Name(), status.st_mode & 0777, 0) == 0);
+  }
+
+  void CopyLink(const std::string& source, const std::string& target) override {
+    const Location from(source);
+    char text[PATH_MAX];
+    const auto length = readlinkat(from.Folder(), from.Name(), text, sizeof text - 1);
+    if (length < 0) Raise(errno, source, FileError::FileNotFound);
+    text[length] = '\0';
+    const Location to(target);
+    if (symlinkat(text, to.Folder(), to.Name()) != 0 && errno != EEXIST) Raise(errno, target);
+  }
+
+  std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
+    const Location location(path);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) Raise(errno, path, FileError::FileNotFound);
+    if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
+    Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);
+    return std::make_unique<FileReader>(std::move(file), path);
+  }
+
+  std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {
+    const Location location(path);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
+      if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
+      if (S_ISDIR(status.st_mode) || (status.st_mode & 0222) == 0)
+        throw FileSystemError(FileError::PermissionDenied, path);
+    }
+    return std::make_unique<FileWriter>(path, overwrite);
+  }
+
+ private:
+  static std::optional<FileStatus> Find(const std::string& path) {
+    const Location location(path);
+    return posix::FindAt(location.Folder(), location.Name());
+  }
+
+  static std::string ContentType(mode_t mode, const std::string& path) {
+    if (S_ISDIR(mode)) return "inode/directory";
+    if (S_ISLNK(mode)) return "inode/symlink";
+    if (S_ISFIFO(mode)) return "inode/fifo";
+    if (S_ISSOCK(mode)) return "inode/socket";
+    if (S_ISCHR(mode)) return "inode/chardevice";
+    if (S_ISBLK(mode)) return "inode/blockdevice";
+    return TextOf(g_content_type_guess(path.c_str(), nullptr, 0, nullptr));
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<FileSystemObject> CreateFileSystemObject() { return std::make_unique<PosixFileSystem>(); }
+
+}  // namespace brackwell

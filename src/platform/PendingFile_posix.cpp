@@ -1,0 +1,113 @@
+#include "platform/PendingFile_posix.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <functional>
+#include <utility>
+
+namespace brackwell::posix {
+namespace {
+
+constexpr int NeighbourNumbers = 16;  // as many writers of one target at a time as anybody can have
+
+/// The lock tells a file that is being written from one that a killed program left.
+void MarkAsBeingWritten(const Handle& file) { flock(file.Get(), LOCK_EX | LOCK_NB); }
+
+}  // namespace
+
+PendingFile::PendingFile(Handle folder, std::string name, std::string path)
+    : mFolder(std::move(folder)), mName(std::move(name)), mPath(std::move(path)) {
+  if (!OpenUnnamed()) OpenNamed();
+  MarkAsBeingWritten(mFile);
+}
+
+PendingFile::~PendingFile() {
+  if (!mNeighbour.empty()) unlinkat(mFolder.Get(), mNeighbour.c_str(), 0);
+}
+
+bool PendingFile::OpenUnnamed() {
+  static const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0;
+  if (!canBeNamedLater) return false;
+  mFile = Handle(openat(mFolder.Get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+  if (mFile.IsOpen()) return true;
+  if (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL || errno == ENOENT) return false;
+  RaiseLast();
+}
+
+void PendingFile::OpenNamed() {
+  for (int number = 0; number < NeighbourNumbers;) {
+    std::string neighbour = NeighbourName(number);
+    mFile = Handle(openat(mFolder.Get(), neighbour.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (mFile.IsOpen()) {
+      mNeighbour = std::move(neighbour);
+      return;
+    }
+    if (errno != EEXIST) RaiseLast();
+    if (!RemoveLeftover(neighbour)) ++number;
+  }
+  throw FileSystemError(FileError::PathFileAccess, mPath);
+}
+
+void PendingFile::Commit(bool replace) {
+  // A network file system tells only on closing that the content did not fit.
+  if (!Handle(fcntl(mFile.Get(), F_DUPFD_CLOEXEC, 0)).Close()) RaiseLast();
+  if (mNeighbour.empty()) {
+    if (LinkAs(mName)) return;
+    if (errno != EEXIST || !replace) RaiseLast();
+    GiveNeighbourName();
+  }
+  if (replace) {
+    if (renameat(mFolder.Get(), mNeighbour.c_str(), mFolder.Get(), mName.c_str()) != 0) RaiseLast();
+    mNeighbour.clear();
+  } else if (linkat(mFolder.Get(), mNeighbour.c_str(), mFolder.Get(), mName.c_str(), 0) != 0) {
+    if (errno != EPERM && errno != EOPNOTSUPP) RaiseLast();
+    // No hard links here, as on FAT: the one call that refuses an existing target is left.
+    if (renameat2(mFolder.Get(), mNeighbour.c_str(), mFolder.Get(), mName.c_str(), RENAME_NOREPLACE) != 0)
+      RaiseLast();
+    mNeighbour.clear();
+  }
+}
+
+bool PendingFile::LinkAs(const std::string& name) const {
+  char self[40];
+  std::snprintf(self, sizeof self, "/proc/self/fd/%d", mFile.Get());
+  return linkat(AT_FDCWD, self, mFolder.Get(), name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+void PendingFile::GiveNeighbourName() {
+  for (int number = 0; number < NeighbourNumbers;) {
+    std::string neighbour = NeighbourName(number);
+    if (LinkAs(neighbour)) {
+      mNeighbour = std::move(neighbour);
+      return;
+    }
+    if (errno != EEXIST) RaiseLast();
+    if (!RemoveLeftover(neighbour)) ++number;
+  }
+  throw FileSystemError(FileError::PathFileAccess, mPath);
+}
+
+/// The same names for the same target, so that the next writer finds what a killed one left; short, since the
+/// target's own name may already be as long as names can be.
+std::string PendingFile::NeighbourName(int number) const {
+  char name[48];
+  std::snprintf(name, sizeof name, ".brackwell-%016zx-%d.tmp", std::hash<std::string>{}(mName), number);
+  return name;
+}
+
+bool PendingFile::RemoveLeftover(const std::string& neighbour) const {
+  const Handle found(openat(mFolder.Get(), neighbour.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!found.IsOpen()) return errno == ENOENT;
+  struct stat status {};
+  if (fstat(found.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != geteuid()) return false;
+  if (flock(found.Get(), LOCK_EX | LOCK_NB) != 0) return false;
+  return unlinkat(mFolder.Get(), neighbour.c_str(), 0) == 0;
+}
+
+void PendingFile::RaiseLast() const { Raise(errno, mPath); }
+
+}  // namespace brackwell::posix

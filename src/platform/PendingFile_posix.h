@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Posix.h"
+
+namespace brackwell::posix {
+
+/// A file that is being written and has no name yet, or one of ours beside its target where the file system cannot
+/// do without. It takes its target's place in one step; dropped before that, it leaves nothing behind. What a killed
+/// program left is taken away the next time that the same target is written.
+class PendingFile {
+ public:
+  /// `folder` holds, or will hold, `name`; `path` is the two together, for errors.
+  PendingFile(Handle folder, std::string name, std::string path);
+  PendingFile(const PendingFile&) = delete;
+  PendingFile& operator=(const PendingFile&) = delete;
+  ~PendingFile();
+
+  int Descriptor() const { return mFile.Get(); }
+  /// Raises FileAlreadyExists where the name is taken and is not to be replaced.
+  void Commit(bool replace);
+
+ private:
+  bool OpenUnnamed();
+  void OpenNamed();
+  bool LinkAs(const std::string& name) const;
+  void GiveNeighbourName();
+  std::string NeighbourName(int number) const;
+  bool RemoveLeftover(const std::string& neighbour) const;
+  [[noreturn]] void RaiseLast() const;
+
+  Handle mFolder;
+  Handle mFile;
+  std::string mName;
+  std::string mPath;
+  std::string mNeighbour;  // empty while the file has no name
+};
+
+}  // namespace brackwell::posix

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string>
+
+#include "platform/FileSystemError.h"
+
+// What the POSIX sources of the ground floor share.
+
+namespace brackwell::posix {
+
+/// Owns a file descriptor.
+class Handle {
+ public:
+  explicit Handle(int descriptor = -1) : mDescriptor(descriptor) {}
+  Handle(Handle&& other) noexcept : mDescriptor(other.mDescriptor) { other.mDescriptor = -1; }
+  Handle& operator=(Handle&& other) noexcept;
+  ~Handle() { Close(); }
+
+  int Get() const { return mDescriptor; }
+  bool IsOpen() const { return mDescriptor >= 0; }
+  /// False where the system reports that what was written did not reach the disk.
+  bool Close();
+
+ private:
+  int mDescriptor;
+};
+
+/// Where a path is, in a form that every *at() call takes, however long the path: system calls refuse more than
+/// PATH_MAX bytes, while trees may be deeper. A path that leads nowhere gives an empty name, which none of them find.
+class Location {
+ public:
+  explicit Location(const std::string& path);
+  int Folder() const { return mHolder.IsOpen() ? mHolder.Get() : mBase; }
+  const char* Name() const { return mName; }
+
+ private:
+  int mBase;
+  Handle mHolder;
+  const char* mName;
+};
+
+/// Maps errno to our error. `missing` is what ENOENT means for the call.
+FileError ErrorOf(int code, FileError missing = FileError::PathNotFound);
+[[noreturn]] void Raise(int code, const std::string& path, FileError missing = FileError::PathNotFound);
+
+/// Opens a folder to look members up in it; raises.
+Handle OpenFolder(const std::string& path);
+
+}  // namespace brackwell::posix
