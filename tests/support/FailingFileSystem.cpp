@@ -1,0 +1,147 @@
+#include "support/FailingFileSystem.h"
+
+#include <utility>
+
+namespace brackwell {
+
+/// Listing and looking up can fail as well.
+class FailingFolder final : public Folder {
+ public:
+  FailingFolder(const FailingFileSystem& owner, std::unique_ptr<Folder> real) : mOwner(owner), mReal(std::move(real)) {}
+
+  const std::string& Path() const override { return mReal->Path(); }
+  ItemProperties Properties() const override {
+    mOwner.Count(Path());
+    return mReal->Properties();
+  }
+  const std::vector<Member>& Files() override {
+    mOwner.Count(Path());
+    return mReal->Files();
+  }
+  const std::vector<Member>& SubFolders() override {
+    mOwner.Count(Path());
+    return mReal->SubFolders();
+  }
+  std::optional<FileStatus> Find(std::string_view name) const override { return mReal->Find(name); }
+
+ private:
+  const FailingFileSystem& mOwner;
+  const std::unique_ptr<Folder> mReal;
+};
+
+namespace {
+
+/// Writing and closing can fail as well.
+class FailingWriter final : public TextWriter {
+ public:
+  FailingWriter(std::function<void()> count, std::unique_ptr<TextWriter> real)
+      : mCount(std::move(count)), mReal(std::move(real)) {}
+  void Write(std::string_view bytes) override {
+    mCount();
+    mReal->Write(bytes);
+  }
+  void Close() override {
+    mCount();
+    mReal->Close();
+  }
+
+ private:
+  const std::function<void()> mCount;
+  const std::unique_ptr<TextWriter> mReal;
+};
+
+class FailingReader final : public TextReader {
+ public:
+  FailingReader(std::function<void()> count, std::unique_ptr<TextReader> real)
+      : mCount(std::move(count)), mReal(std::move(real)) {}
+  std::string ReadAll() override {
+    mCount();
+    return mReal->ReadAll();
+  }
+
+ private:
+  const std::function<void()> mCount;
+  const std::unique_ptr<TextReader> mReal;
+};
+
+}  // namespace
+
+FailingFileSystem::FailingFileSystem(int failAt, FileError error) : mFailAt(failAt), mError(error) {}
+
+void FailingFileSystem::Count(const std::string& path) const {
+  ++mCalls;
+  if (mFailAt > 0 && mCalls >= mFailAt) throw FileSystemError(mError, path);
+}
+
+Tick FailingFileSystem::Counting(const std::string& path, const Tick& tick) const {
+  return [this, path, tick] {
+    Count(path);
+    if (tick) tick();
+  };
+}
+
+bool FailingFileSystem::FileExists(const std::string& path) const { return mReal->FileExists(path); }
+bool FailingFileSystem::FolderExists(const std::string& path) const { return mReal->FolderExists(path); }
+
+ItemProperties FailingFileSystem::GetFile(const std::string& path) const {
+  Count(path);
+  return mReal->GetFile(path);
+}
+
+std::unique_ptr<Folder> FailingFileSystem::GetFolder(const std::string& path, const Tick& tick) const {
+  Count(path);
+  return std::make_unique<FailingFolder>(*this, mReal->GetFolder(path, tick));
+}
+
+FolderIdentity FailingFileSystem::Identity(const std::string& folder) const {
+  Count(folder);
+  return mReal->Identity(folder);
+}
+
+bool FailingFileSystem::LiesWithin(const std::string& folder, const std::string& ancestor) const {
+  Count(folder);
+  return mReal->LiesWithin(folder, ancestor);
+}
+
+std::string FailingFileSystem::Drive(const std::string& path) const { return mReal->Drive(path); }
+std::string FailingFileSystem::ShortName(const std::string& path) const { return mReal->ShortName(path); }
+std::string FailingFileSystem::ShortPath(const std::string& path) const { return mReal->ShortPath(path); }
+std::string FailingFileSystem::Type(const std::string& path) const { return mReal->Type(path); }
+
+void FailingFileSystem::CopyFile(const std::string& source, const std::string& target, bool overwrite,
+                                 const Tick& tick) {
+  Count(target);
+  mReal->CopyFile(source, target, overwrite, Counting(target, tick));
+}
+
+void FailingFileSystem::MoveFile(const std::string& source, const std::string& target) {
+  Count(target);
+  mReal->MoveFile(source, target);
+}
+
+void FailingFileSystem::CreateFolder(const std::string& path) {
+  Count(path);
+  mReal->CreateFolder(path);
+}
+
+void FailingFileSystem::CopyFolderProperties(const std::string& source, const std::string& target) {
+  Count(target);
+  mReal->CopyFolderProperties(source, target);
+}
+
+void FailingFileSystem::CopyLink(const std::string& source, const std::string& target) {
+  Count(target);
+  mReal->CopyLink(source, target);
+}
+
+std::unique_ptr<TextReader> FailingFileSystem::OpenTextFile(const std::string& path) const {
+  Count(path);
+  return std::make_unique<FailingReader>([this, path] { Count(path); }, mReal->OpenTextFile(path));
+}
+
+std::unique_ptr<TextWriter> FailingFileSystem::CreateTextFile(const std::string& path, bool overwrite) {
+  Count(path);
+  return std::make_unique<FailingWriter>([this, path] { Count(path); }, mReal->CreateTextFile(path, overwrite));
+}
+
+}  // namespace brackwell
