@@ -62,6 +62,7 @@ std::string_view FileName(std::string_view path) {
 
 std::string_view ParentPath(std::string_view path) {
   path = WithoutSeparator(path);
+  if (path.size() == RootLength(path)) return {};
   return WithoutSeparator(path.substr(0, LastElement(path)));
 }
 
