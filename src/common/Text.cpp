@@ -16,7 +16,8 @@ std::string GetFileExtension(std::string_view name) {
 std::int32_t CountMatches(std::string_view text, std::string_view search) {
   if (search.empty()) return 0;
   std::int64_t count = 0;
-  for (std::size_t at = text.find(search); at != std::string_view::npos; at = text.find(search, at + 1)) ++count;
+  for (std::size_t at = text.find(search); at != std::string_view::npos; at = text.find(search, at + 1))
+    ++count;
   if (count > std::numeric_limits<std::int32_t>::max()) throw std::overflow_error("Overflow");
   return static_cast<std::int32_t>(count);
 }

@@ -11,7 +11,8 @@ namespace brackwell {
 /// The text after the last "." of the whole argument, upper-cased; empty where there is none.
 std::string GetFileExtension(std::string_view name);
 
-/// How often `search` occurs in `text`, case and all, overlapping places counted each. 0 where either is empty.
+/// How often `search` occurs in `text`, case and all, overlapping places counted each. 0 where either is
+/// empty.
 std::int32_t CountMatches(std::string_view text, std::string_view search);
 
 /// The text, or an empty one in the place of none.

@@ -16,12 +16,12 @@ struct Services {
   std::function<void(const QString& key, bool enabled)> tlbMain_ENABLE;
 };
 
-/// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the main
-/// window calls it by name.
+/// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the
+/// main window calls it by name.
 ///
-/// Long work runs on the one thread and lets events through, so a window may be asked to close while its own code is
-/// still on the stack. While a Run is alive the close is put off, the run is told to stop, and the window closes as
-/// soon as the run has ended.
+/// Long work runs on the one thread and lets events through, so a window may be asked to close while its own
+/// code is still on the stack. While a Run is alive the close is put off, the run is told to stop, and the
+/// window closes as soon as the run has ended.
 class ToolWindow : public QWidget {
   Q_OBJECT
 

@@ -34,12 +34,14 @@ class Alongside {
 bool IsFileStatus(const std::optional<FileStatus>& status) { return status && !status->IsFolder; }
 bool IsFolderStatus(const std::optional<FileStatus>& status) { return status && status->IsFolder; }
 
-std::unique_ptr<Folder> OpenIfThere(const FileSystemObject& files, const std::string& path, const Tick& tick) {
+std::unique_ptr<Folder> OpenIfThere(const FileSystemObject& files, const std::string& path,
+                                    const Tick& tick) {
   try {
     return files.GetFolder(path, tick);
   } catch (const FileSystemError& error) {
     const FileError kind = error.Kind();
-    if (kind != FileError::PathNotFound && kind != FileError::PermissionDenied && kind != FileError::PathFileAccess)
+    if (kind != FileError::PathNotFound && kind != FileError::PermissionDenied &&
+        kind != FileError::PathFileAccess)
       throw;
     return nullptr;
   }
@@ -51,18 +53,21 @@ void MakeUpper(std::vector<std::string>& texts) {
 
 }  // namespace
 
-/// Answers for the counterparts of one folder's members. Where one root ends in a separator and the other does not,
-/// counterparts do not lie in one folder, and each is looked up by its own path.
+/// Answers for the counterparts of one folder's members. Where one root ends in a separator and the other
+/// does not, counterparts do not lie in one folder, and each is looked up by its own path.
 class CompareEngine::OtherSide {
  public:
-  OtherSide(const CompareEngine& engine, const std::string& path, const std::string& from, const std::string& to)
+  OtherSide(const CompareEngine& engine, const std::string& path, const std::string& from,
+            const std::string& to)
       : mFiles(engine.mFiles), mPath(path), mFrom(from), mTo(to), mByPath(!engine.mRootsAlign) {
     if (!mByPath) mFolder = OpenIfThere(mFiles, ReplaceRoot(path, from, to), engine.mTick);
   }
 
   Folder* OpenFolder() const { return mFolder.get(); }
 
-  std::string CounterpartPath(std::string_view name) const { return ReplaceRoot(JoinPath(mPath, name), mFrom, mTo); }
+  std::string CounterpartPath(std::string_view name) const {
+    return ReplaceRoot(JoinPath(mPath, name), mFrom, mTo);
+  }
 
   std::optional<FileStatus> Find(std::string_view name) const {
     if (mFolder) return mFolder->Find(name);
@@ -181,15 +186,16 @@ void CompareEngine::CompareTargetSubFolder(const std::string& path, const SubFol
     CompareTargetFolder(subPath);
 }
 
-/// While a source folder and its counterpart are both open and listed, what the walk over the target needs of them
-/// costs next to nothing; later it would cost a listing and a look-up per file.
+/// While a source folder and its counterpart are both open and listed, what the walk over the target needs of
+/// them costs next to nothing; later it would cost a listing and a look-up per file.
 void CompareEngine::RememberTarget(Folder& source, Folder& target) try {
   TargetFolder remembered;
   if (mOptions.FlagTargetFileMissing) {
     Alongside sourceFiles(source.Files());
     for (const Member& file : target.Files()) {
       if (sourceFiles.Has(file.Name) || IsExcluded(file.Name)) continue;
-      // Names may be written in another case, and files may have come since: the file system has the last word.
+      // Names may be written in another case, and files may have come since: the file system has the last
+      // word.
       if (!IsFileStatus(source.Find(file.Name))) remembered.FilesMissingInSource.emplace_back(file.Name);
       DoEvents();
     }
@@ -199,8 +205,8 @@ void CompareEngine::RememberTarget(Folder& source, Folder& target) try {
     for (const Member& member : target.SubFolders()) {
       const bool inSource = sourceFolders.Has(member.Name);
       if (IsExcluded(member.Name)) continue;
-      remembered.SubFolders.push_back({std::string(member.Name), member.IsLink,
-                                       inSource || IsFolderStatus(source.Find(member.Name))});
+      remembered.SubFolders.push_back(
+          {std::string(member.Name), member.IsLink, inSource || IsFolderStatus(source.Find(member.Name))});
     }
   }
   mTargetFolders.insert_or_assign(target.Path(), std::move(remembered));
@@ -225,7 +231,8 @@ CompareEngine::TargetFolder CompareEngine::ReadTargetFolder(const std::string& p
   if (!mOptions.CompareSubfolders) return result;
   for (const Member& member : folder->SubFolders()) {
     if (!IsExcluded(member.Name))
-      result.SubFolders.push_back({std::string(member.Name), member.IsLink, IsFolderStatus(source.Find(member.Name))});
+      result.SubFolders.push_back(
+          {std::string(member.Name), member.IsLink, IsFolderStatus(source.Find(member.Name))});
     DoEvents();
   }
   return result;
@@ -233,10 +240,12 @@ CompareEngine::TargetFolder CompareEngine::ReadTargetFolder(const std::string& p
 
 bool CompareEngine::IsExcluded(std::string_view name) const {
   if (mOptions.ExtensionList.empty() && mOptions.PrefixList.empty()) return false;
-  if (!mOptions.ExtensionList.empty() && std::ranges::count(mOptions.ExtensionList, GetFileExtension(name)) > 0)
+  if (!mOptions.ExtensionList.empty() &&
+      std::ranges::count(mOptions.ExtensionList, GetFileExtension(name)) > 0)
     return true;
   const std::string upper = Upper(name);
-  return std::ranges::any_of(mOptions.PrefixList, [&](const std::string& prefix) { return upper.starts_with(prefix); });
+  return std::ranges::any_of(mOptions.PrefixList,
+                             [&](const std::string& prefix) { return upper.starts_with(prefix); });
 }
 
 void CompareEngine::AddCompareRow(ResultKind kind, std::string_view root, std::string_view path) {

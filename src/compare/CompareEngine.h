@@ -28,21 +28,24 @@ struct CompareOptions {
   bool CompareSubfolders = true;
   bool ShowFullPath = false;
 
-  std::vector<std::string> ExtensionList;  // excluded extensions without dot; an empty one: names without extension
-  std::vector<std::string> PrefixList;     // excluded beginnings of names; an empty one: every name
+  std::vector<std::string>
+      ExtensionList;  // excluded extensions without dot; an empty one: names without extension
+  std::vector<std::string> PrefixList;  // excluded beginnings of names; an empty one: every name
 };
 
 /// Takes the findings as they are made.
 using CompareRowSink = std::function<void(CompareRow)>;
 
-/// Compares two folder trees by path, modification time and size; contents are not read. All findings of the walk
-/// over the source come first, then those of the walk over the target.
+/// Compares two folder trees by path, modification time and size; contents are not read. All findings of the
+/// walk over the source come first, then those of the walk over the target.
 class CompareEngine {
  public:
-  CompareEngine(const FileSystemObject& files, CompareOptions options, Progress& progress, CompareRowSink sink);
+  CompareEngine(const FileSystemObject& files, CompareOptions options, Progress& progress,
+                CompareRowSink sink);
 
-  /// True when it came to its end, false when it was stopped. Raises FileSystemError: for a folder that cannot be
-  /// read, and for a source file without counterpart where such files are not flagged. Rows given by then are good.
+  /// True when it came to its end, false when it was stopped. Raises FileSystemError: for a folder that
+  /// cannot be read, and for a source file without counterpart where such files are not flagged. Rows given
+  /// by then are good.
   bool RunComparison();
 
  private:

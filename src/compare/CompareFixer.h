@@ -31,8 +31,8 @@ struct FixEvents {
   Tick Working;  // often during each copy
 };
 
-/// Copies what the ticked boxes of the rows say, in their order, and marks rows whose copies succeeded. A copy that
-/// fails is told and the next one done. Gives the number of copies tried.
+/// Copies what the ticked boxes of the rows say, in their order, and marks rows whose copies succeeded. A
+/// copy that fails is told and the next one done. Gives the number of copies tried.
 std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, std::vector<CompareRow>& rows,
                         const FixEvents& events);
 

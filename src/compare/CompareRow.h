@@ -51,8 +51,8 @@ bool ToggleFixTarget(CompareRow& row);
 /// A fixed row shows so, and has no boxes any more.
 void MarkFixed(CompareRow& row);
 
-/// Orders rows by name, ignoring case, the path separator before every other character, so that a folder's row
-/// stands right before its contents. Equal names keep their order.
+/// Orders rows by name, ignoring case, the path separator before every other character, so that a folder's
+/// row stands right before its contents. Equal names keep their order.
 void SortByName(std::vector<CompareRow>& rows);
 
 }  // namespace brackwell

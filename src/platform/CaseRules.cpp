@@ -12,7 +12,8 @@ constexpr bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 constexpr char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-/// Takes one character off the front. A byte that begins no valid sequence comes as a value above all of Unicode.
+/// Takes one character off the front. A byte that begins no valid sequence comes as a value above all of
+/// Unicode.
 utf8proc_int32_t Next(const char*& at, const char* end) {
   constexpr utf8proc_int32_t BeyondUnicode = 0x110000;
   utf8proc_int32_t code = 0;

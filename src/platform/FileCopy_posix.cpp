@@ -34,10 +34,12 @@ struct Source {
 Source OpenSource(const std::string& path) {
   const Location location(path);
   Source source;
-  if (fstatat(location.Folder(), location.Name(), &source.Status, 0) != 0) Raise(errno, path, FileError::FileNotFound);
+  if (fstatat(location.Folder(), location.Name(), &source.Status, 0) != 0)
+    Raise(errno, path, FileError::FileNotFound);
   if (S_ISDIR(source.Status.st_mode)) throw FileSystemError(FileError::FileNotFound, path);
   if (!S_ISREG(source.Status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
-  source.File = Handle(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  source.File =
+      Handle(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   if (!source.File.IsOpen()) Raise(errno, path, FileError::FileNotFound);
   if (fstat(source.File.Get(), &source.Status) != 0) Raise(errno, path);
   if (!S_ISREG(source.Status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
@@ -68,8 +70,8 @@ Target FindTarget(const std::string& path) {
   return FindTarget(ResolveLink(location, path));
 }
 
-/// A rename would get past a file's own protection, so it is asked for here. An administrator is let through by the
-/// system; the missing write bits still say that somebody wants the file kept.
+/// A rename would get past a file's own protection, so it is asked for here. An administrator is let through
+/// by the system; the missing write bits still say that somebody wants the file kept.
 void CheckReplaceable(const Target& target, const struct stat& source, bool overwrite) {
   if (!target.Existing) return;
   const struct stat& existing = *target.Existing;
@@ -82,7 +84,8 @@ void CheckReplaceable(const Target& target, const struct stat& source, bool over
   if (faccessat(location.Folder(), location.Name(), W_OK, AT_EACCESS) != 0) Raise(errno, target.Path);
 }
 
-/// One stretch of content, by the kernel where it can. Gives how far it came: the file may have become shorter.
+/// One stretch of content, by the kernel where it can. Gives how far it came: the file may have become
+/// shorter.
 class ContentCopy {
  public:
   ContentCopy(const Source& source, const std::string& sourcePath, int to, const std::string& targetPath,
@@ -153,13 +156,14 @@ class ContentCopy {
   const Tick& mTick;
 };
 
-/// A file that is replaced keeps its owner. The special mode bits go with the owner they were given by. What a file
-/// system such as FAT cannot keep is no reason to refuse the copy.
+/// A file that is replaced keeps its owner. The special mode bits go with the owner they were given by. What
+/// a file system such as FAT cannot keep is no reason to refuse the copy.
 void CopyStatus(const struct stat& source, const Target& target, int file) {
   if (target.Existing && (target.Existing->st_uid != geteuid() || target.Existing->st_gid != getegid()))
     static_cast<void>(fchown(file, target.Existing->st_uid, target.Existing->st_gid) == 0);
   struct stat made {};
-  const bool sameOwner = fstat(file, &made) == 0 && made.st_uid == source.st_uid && made.st_gid == source.st_gid;
+  const bool sameOwner =
+      fstat(file, &made) == 0 && made.st_uid == source.st_uid && made.st_gid == source.st_gid;
   fchmod(file, source.st_mode & (sameOwner ? 07777 : 0777));
   const timespec times[] = {source.st_atim, source.st_mtim};
   if (futimens(file, times) != 0 && errno != EPERM) Raise(errno, target.Path);
@@ -167,13 +171,14 @@ void CopyStatus(const struct stat& source, const Target& target, int file) {
 
 }  // namespace
 
-void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite, const Tick& tick) {
+void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite,
+                 const Tick& tick) {
   const Source source = OpenSource(sourcePath);
   const Target target = FindTarget(targetPath);
   CheckReplaceable(target, source.Status, overwrite);
   const std::string_view folder = ParentPath(target.Path);
-  PendingFile pending(OpenFolder(folder.empty() ? "." : std::string(folder)), std::string(FileName(target.Path)),
-                      target.Path);
+  PendingFile pending(OpenFolder(folder.empty() ? "." : std::string(folder)),
+                      std::string(FileName(target.Path)), target.Path);
   CallTick(tick);
   ContentCopy(source, sourcePath, pending.Descriptor(), target.Path, tick).CopyAll(source.Status);
   CopyStatus(source.Status, target, pending.Descriptor());

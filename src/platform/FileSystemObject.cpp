@@ -19,7 +19,9 @@ class FolderCopy {
     const bool made = !mFiles.FolderExists(target);
     if (made) mFiles.CreateFolder(target);
     for (const auto& [name, isLink] : CopyFilesOf(source, target))
-      Try([&, &name = name, isLink = isLink] { CopySubFolder(JoinPath(source, name), JoinPath(target, name), isLink); });
+      Try([&, &name = name, isLink = isLink] {
+        CopySubFolder(JoinPath(source, name), JoinPath(target, name), isLink);
+      });
     if (made) mFiles.CopyFolderProperties(source, target);
   }
 

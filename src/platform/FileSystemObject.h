@@ -70,8 +70,8 @@ class Folder {
   virtual const std::string& Path() const = 0;
   virtual ItemProperties Properties() const = 0;
 
-  /// The folder's members in OrderOfNames. Read on the first call of either and kept. Everything that is not a
-  /// folder is a file, pipes and sockets included.
+  /// The folder's members in OrderOfNames. Read on the first call of either and kept. Everything that is not
+  /// a folder is a file, pipes and sockets included.
   virtual const std::vector<Member>& Files() = 0;
   virtual const std::vector<Member>& SubFolders() = 0;
 
@@ -110,35 +110,37 @@ class FileSystemObject {
   /// What the desktop calls this kind of file. The file is not opened.
   virtual std::string Type(const std::string& path) const = 0;
 
-  /// Copies one regular file's content, modification time and mode. The target is replaced in one step, once the
-  /// new content is complete on disk beside it, so it is wholly old or wholly new at every moment; where it is a
-  /// link, what the link leads to is replaced. Raises FileAlreadyExists (no overwrite), PermissionDenied (a
-  /// read-only target, also for an administrator; a folder; the source itself), PathFileAccess (a source or
-  /// target that is no regular file, or a dangling link), DiskFull, ...
+  /// Copies one regular file's content, modification time and mode. The target is replaced in one step, once
+  /// the new content is complete on disk beside it, so it is wholly old or wholly new at every moment; where
+  /// it is a link, what the link leads to is replaced. Raises FileAlreadyExists (no overwrite),
+  /// PermissionDenied (a read-only target, also for an administrator; a folder; the source itself),
+  /// PathFileAccess (a source or target that is no regular file, or a dangling link), DiskFull, ...
   virtual void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                         const Tick& tick = {}) = 0;
-  /// Renames a file and never overwrites: raises FileAlreadyExists. Across volumes it is copied, then removed.
+  /// Renames a file and never overwrites: raises FileAlreadyExists. Across volumes it is copied, then
+  /// removed.
   virtual void MoveFile(const std::string& source, const std::string& target) = 0;
   /// Raises FileAlreadyExists, PathNotFound (no parent folder), ...
   virtual void CreateFolder(const std::string& path) = 0;
 
-  /// Copies a folder and everything below it, into `target` itself; an existing target is merged with. Links that
-  /// lead nowhere, or back into the chain of folders being copied, are made again as links. Raises
-  /// FileAlreadyExists where `target` is a file, PathFileAccess for a folder that would be copied into itself. What
-  /// cannot be copied is left out and the rest copied, then the first error raised; a full disk ends it at once.
-  void CopyFolder(const std::string& source, const std::string& target, bool overwrite, const Tick& tick = {});
+  /// Copies a folder and everything below it, into `target` itself; an existing target is merged with. Links
+  /// that lead nowhere, or back into the chain of folders being copied, are made again as links. Raises
+  /// FileAlreadyExists where `target` is a file, PathFileAccess for a folder that would be copied into
+  /// itself. What cannot be copied is left out and the rest copied, then the first error raised; a full disk
+  /// ends it at once.
+  void CopyFolder(const std::string& source, const std::string& target, bool overwrite,
+                  const Tick& tick = {});
 
   /// Reads a regular file as bytes.
   virtual std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const = 0;
-  /// A new text file: appears, complete, when the writer is closed. A link of that name is replaced, not followed.
-  /// Raises FileAlreadyExists (no overwrite), ...
+  /// A new text file: appears, complete, when the writer is closed. A link of that name is replaced, not
+  /// followed. Raises FileAlreadyExists (no overwrite), ...
   virtual std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) = 0;
 
   /// Gives a folder the mode and modification time of another.
   virtual void CopyFolderProperties(const std::string& source, const std::string& target) = 0;
   /// Makes the link `target` that leads where the text of the link `source` says; an existing target is left.
   virtual void CopyLink(const std::string& source, const std::string& target) = 0;
-
 };
 
 /// The file system of this machine.

@@ -148,7 +148,9 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
   std::string ShortName(const std::string& path) const override { return std::string(FileName(path)); }
-  std::string ShortPath(const std::string& path) const override { return std::string(WithoutSeparator(path)); }
+  std::string ShortPath(const std::string& path) const override {
+    return std::string(WithoutSeparator(path));
+  }
 
   std::string Type(const std::string& path) const override {
     const Location location(path);
@@ -158,7 +160,8 @@ class PosixFileSystem final : public FileSystemObject {
     return TextOf(g_content_type_get_description(type.c_str()));
   }
 
-  void CopyFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) override {
+  void CopyFile(const std::string& source, const std::string& target, bool overwrite,
+                const Tick& tick) override {
     posix::CopyOneFile(source, target, overwrite, tick);
   }
 
@@ -207,7 +210,8 @@ class PosixFileSystem final : public FileSystemObject {
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
     const Location location(path);
     struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) Raise(errno, path, FileError::FileNotFound);
+    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0)
+      Raise(errno, path, FileError::FileNotFound);
     if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
     Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);

@@ -106,7 +106,8 @@ class Listing final : public Folder {
   }
 
   void Order(const std::vector<Found>& found) {
-    const auto folders = std::count_if(found.begin(), found.end(), [](const Found& member) { return member.IsFolder; });
+    const auto folders =
+        std::count_if(found.begin(), found.end(), [](const Found& member) { return member.IsFolder; });
     mSubFolders.reserve(folders);
     mFiles.reserve(found.size() - folders);
     for (const Found& member : found) {
@@ -158,7 +159,8 @@ ItemProperties PropertiesAt(int folder, const char* name, const std::string& pat
   if (statx(folder, name, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &own) != 0)
     Raise(errno, path, FileError::FileNotFound);
   struct statx target = own;
-  if (S_ISLNK(own.stx_mode) && statx(folder, name, 0, STATX_BASIC_STATS | STATX_BTIME, &target) != 0) target = own;
+  if (S_ISLNK(own.stx_mode) && statx(folder, name, 0, STATX_BASIC_STATS | STATX_BTIME, &target) != 0)
+    target = own;
 
   ItemProperties properties;
   properties.Path = WithoutSeparator(path);

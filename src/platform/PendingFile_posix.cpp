@@ -41,7 +41,8 @@ bool PendingFile::OpenUnnamed() {
 void PendingFile::OpenNamed() {
   for (int number = 0; number < NeighbourNumbers;) {
     std::string neighbour = NeighbourName(number);
-    mFile = Handle(openat(mFolder.Get(), neighbour.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
+    mFile = Handle(
+        openat(mFolder.Get(), neighbour.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (mFile.IsOpen()) {
       mNeighbour = std::move(neighbour);
       return;
@@ -100,10 +101,12 @@ std::string PendingFile::NeighbourName(int number) const {
 }
 
 bool PendingFile::RemoveLeftover(const std::string& neighbour) const {
-  const Handle found(openat(mFolder.Get(), neighbour.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  const Handle found(
+      openat(mFolder.Get(), neighbour.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (!found.IsOpen()) return errno == ENOENT;
   struct stat status {};
-  if (fstat(found.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != geteuid()) return false;
+  if (fstat(found.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != geteuid())
+    return false;
   if (flock(found.Get(), LOCK_EX | LOCK_NB) != 0) return false;
   return unlinkat(mFolder.Get(), neighbour.c_str(), 0) == 0;
 }

@@ -6,9 +6,9 @@
 
 namespace brackwell::posix {
 
-/// A file that is being written and has no name yet, or one of ours beside its target where the file system cannot
-/// do without. It takes its target's place in one step; dropped before that, it leaves nothing behind. What a killed
-/// program left is taken away the next time that the same target is written.
+/// A file that is being written and has no name yet, or one of ours beside its target where the file system
+/// cannot do without. It takes its target's place in one step; dropped before that, it leaves nothing behind.
+/// What a killed program left is taken away the next time that the same target is written.
 class PendingFile {
  public:
   /// `folder` holds, or will hold, `name`; `path` is the two together, for errors.

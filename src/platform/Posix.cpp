@@ -41,25 +41,34 @@ Location::Location(const std::string& path) : mBase(AT_FDCWD), mName(path.c_str(
 
 FileError ErrorOf(int code, FileError missing) {
   switch (code) {
-    case ENOENT: return missing;
-    case ENOTDIR: return FileError::PathNotFound;
+    case ENOENT:
+      return missing;
+    case ENOTDIR:
+      return FileError::PathNotFound;
     case EACCES:
     case EPERM:
     case EROFS:
     case EBUSY:
-    case ETXTBSY: return FileError::PermissionDenied;
+    case ETXTBSY:
+      return FileError::PermissionDenied;
     case EEXIST:
-    case ENOTEMPTY: return FileError::FileAlreadyExists;
+    case ENOTEMPTY:
+      return FileError::FileAlreadyExists;
     case ENOSPC:
     case EDQUOT:
-    case EFBIG: return FileError::DiskFull;
+    case EFBIG:
+      return FileError::DiskFull;
     case EMFILE:
-    case ENFILE: return FileError::TooManyFiles;
-    case EIO: return FileError::DeviceError;
+    case ENFILE:
+      return FileError::TooManyFiles;
+    case EIO:
+      return FileError::DeviceError;
     case ENOMEDIUM:
     case ENODEV:
-    case ENXIO: return FileError::DiskNotReady;
-    default: return FileError::PathFileAccess;
+    case ENXIO:
+      return FileError::DiskNotReady;
+    default:
+      return FileError::PathFileAccess;
   }
 }
 

@@ -27,8 +27,9 @@ class Handle {
   int mDescriptor;
 };
 
-/// Where a path is, in a form that every *at() call takes, however long the path: system calls refuse more than
-/// PATH_MAX bytes, while trees may be deeper. A path that leads nowhere gives an empty name, which none of them find.
+/// Where a path is, in a form that every *at() call takes, however long the path: system calls refuse more
+/// than PATH_MAX bytes, while trees may be deeper. A path that leads nowhere gives an empty name, which none
+/// of them find.
 class Location {
  public:
   explicit Location(const std::string& path);

@@ -13,8 +13,8 @@ class TextReader {
   virtual std::string ReadAll() = 0;
 };
 
-/// Writes a file that appears under its name only when it is closed. One that is dropped without Close, because
-/// of an error say, leaves nothing behind and an older file of that name untouched.
+/// Writes a file that appears under its name only when it is closed. One that is dropped without Close,
+/// because of an error say, leaves nothing behind and an older file of that name untouched.
 class TextWriter {
  public:
   virtual ~TextWriter() = default;

@@ -12,7 +12,10 @@ TEST(CaseRules, MapCharacterByCharacterWhateverTheLocale) {
 }
 
 TEST(CaseRules, KeepBytesThatAreNoText) {
-  EXPECT_EQ(Upper("a\xff" "b\xc3"), "A\xff" "B\xc3");
+  EXPECT_EQ(Upper("a\xff"
+                  "b\xc3"),
+            "A\xff"
+            "B\xc3");
   EXPECT_EQ(Lower(std::string_view("A\0B", 3)), std::string_view("a\0b", 3));
 }
 

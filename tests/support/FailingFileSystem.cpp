@@ -7,7 +7,8 @@ namespace brackwell {
 /// Listing and looking up can fail as well.
 class FailingFolder final : public Folder {
  public:
-  FailingFolder(const FailingFileSystem& owner, std::unique_ptr<Folder> real) : mOwner(owner), mReal(std::move(real)) {}
+  FailingFolder(const FailingFileSystem& owner, std::unique_ptr<Folder> real)
+      : mOwner(owner), mReal(std::move(real)) {}
 
   const std::string& Path() const override { return mReal->Path(); }
   ItemProperties Properties() const override {
@@ -141,7 +142,8 @@ std::unique_ptr<TextReader> FailingFileSystem::OpenTextFile(const std::string& p
 
 std::unique_ptr<TextWriter> FailingFileSystem::CreateTextFile(const std::string& path, bool overwrite) {
   Count(path);
-  return std::make_unique<FailingWriter>([this, path] { Count(path); }, mReal->CreateTextFile(path, overwrite));
+  return std::make_unique<FailingWriter>([this, path] { Count(path); },
+                                         mReal->CreateTextFile(path, overwrite));
 }
 
 }  // namespace brackwell

@@ -6,8 +6,8 @@
 
 namespace brackwell {
 
-/// The real file system, until the n-th call that can fail: that one raises `error`, and so do all after it. Ticks
-/// during a long call count as calls, so a copy can fail in its middle.
+/// The real file system, until the n-th call that can fail: that one raises `error`, and so do all after it.
+/// Ticks during a long call count as calls, so a copy can fail in its middle.
 class FailingFileSystem final : public FileSystemObject {
  public:
   /// `failAt` counts from 1; 0 never fails.
@@ -26,7 +26,8 @@ class FailingFileSystem final : public FileSystemObject {
   std::string ShortName(const std::string& path) const override;
   std::string ShortPath(const std::string& path) const override;
   std::string Type(const std::string& path) const override;
-  void CopyFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick = {}) override;
+  void CopyFile(const std::string& source, const std::string& target, bool overwrite,
+                const Tick& tick = {}) override;
   void MoveFile(const std::string& source, const std::string& target) override;
   void CreateFolder(const std::string& path) override;
   void CopyFolderProperties(const std::string& source, const std::string& target) override;

@@ -44,7 +44,9 @@ TempTree::~TempTree() {
   }
 }
 
-fs::path TempTree::At(const std::string& name) const { return name.empty() ? mFolder : mFolder / ToPath(name); }
+fs::path TempTree::At(const std::string& name) const {
+  return name.empty() ? mFolder : mFolder / ToPath(name);
+}
 
 std::string TempTree::Path(const std::string& name) const {
   const std::u8string path = At(name).make_preferred().u8string();

@@ -9,8 +9,8 @@
 
 namespace brackwell {
 
-/// A folder of its own for each test, gone with the test. Names are paths below it, "/" between their elements on
-/// every system; they may be any bytes on POSIX and are UTF-8 on Windows.
+/// A folder of its own for each test, gone with the test. Names are paths below it, "/" between their
+/// elements on every system; they may be any bytes on POSIX and are UTF-8 on Windows.
 class TempTree {
  public:
   TempTree();
