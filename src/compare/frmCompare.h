@@ -1,0 +1,87 @@
+#pragma once
+
+#include <array>
+
+#include "common/ToolWindow.h"
+#include "compare/CompareEngine.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace brackwell {
+
+class CompareGrid;
+class FlexGrid;
+class StatusBar;
+class uctSelectDir;
+
+/// The window of the directory comparison: choose two folders, compare, tick, fix.
+class frmCompare : public ToolWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmCompare(Services& services);
+
+  void Form_Activate() override;
+  void Form_Deactivate() override;
+
+ protected:
+  void Form_Unload() override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  static constexpr int OptionCount = 7;
+
+  QWidget* BuildFolders();
+  QWidget* BuildButtons();
+  void BuildOptions();
+  void BuildGrid();
+  void ConnectHandlers();
+
+  void Form_Load();
+  void Form_Resize();
+  void LoadCompareSettings();
+  void InitCompareGrid();
+
+  void chkOption_Click(int index);
+  void chkSubfolders_Click();
+  void chkShowOptions_Click();
+  void cmdCompare_Click();
+  void cmdFix_Click();
+  void cmdClose_Click();
+  void grdCompare_Click(int row, int column);
+
+  bool CheckFolders();
+  bool CheckFolder(const uctSelectDir& selector, const QString& nonePicked, const QString& notThere);
+  CompareOptions ReadOptions();
+  /// Gives the error that ended the comparison, if one did.
+  std::optional<FileSystemError> RunComparison();
+  void TellFailure(const FileSystemError& error);
+  void FixSelected();
+  void TellProblem(const CompareRow& row, const FileSystemError& error);
+  void ShowMessage(const QString& text);
+
+  uctSelectDir* mSelSource;
+  uctSelectDir* mSelTarget;
+  QPushButton* mCompare;
+  QPushButton* mFix;
+  QPushButton* mClose;
+  QCheckBox* mShowOptions;
+  QGroupBox* mOptions;
+  std::array<QCheckBox*, OptionCount> mOption;
+  QCheckBox* mSubfolders;
+  QLineEdit* mExtensions;
+  QLineEdit* mPrefix;
+  FlexGrid* mGridView;
+  CompareGrid* mGrid;
+  StatusBar* mStatus;
+
+  bool mShowFullPath = false;  // as the rows in the grid were made
+  bool mCompareAgain = false;
+};
+
+}  // namespace brackwell
