@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace brackwell {
 namespace {
@@ -48,13 +49,35 @@ std::string Map(std::string_view text, Ascii ascii, Other other) {
   return mapped;
 }
 
+constexpr bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+/// How many bytes the two have in common at their front, up to where a character begins. Paths mostly differ late, so
+/// this is where sorting spends its time: eight bytes at a step.
+std::size_t CommonFront(std::string_view a, std::string_view b) {
+  const std::size_t length = std::min(a.size(), b.size());
+  std::size_t at = 0;
+  for (std::uint64_t x = 0, y = 0; at + sizeof x <= length; at += sizeof x) {
+    std::memcpy(&x, a.data() + at, sizeof x);
+    std::memcpy(&y, b.data() + at, sizeof y);
+    if (x != y) break;
+  }
+  while (at < length && a[at] == b[at]) ++at;
+  const auto beginsInside = [at](std::string_view text) { return at < text.size() && IsContinuation(text[at]); };
+  if (beginsInside(a) || beginsInside(b)) {
+    while (at > 0 && IsContinuation(a[at - 1])) --at;
+    if (at > 0) --at;
+  }
+  return at;
+}
+
 /// `rank` gives the place of an ASCII character among all.
 template <typename Rank>
 std::strong_ordering Compare(std::string_view a, std::string_view b, Rank rank) {
-  const char* x = a.data();
-  const char* y = b.data();
-  const char* const xEnd = x + a.size();
-  const char* const yEnd = y + b.size();
+  const std::size_t front = CommonFront(a, b);
+  const char* x = a.data() + front;
+  const char* y = b.data() + front;
+  const char* const xEnd = a.data() + a.size();
+  const char* const yEnd = b.data() + b.size();
   while (x != xEnd && y != yEnd) {
     if (*x == *y && IsAscii(*x)) {
       ++x, ++y;
