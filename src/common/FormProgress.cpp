@@ -6,9 +6,13 @@
 
 namespace brackwell {
 
+void FormProgress::ShowLast() {
+  if (!mText.empty()) mForm.ShowMessage(ToShownText(mText));
+}
+
 void FormProgress::Paint() {
   constexpr auto Pause = std::chrono::milliseconds(33);
-  mForm.ShowMessage(ToShownText(mText));
+  ShowLast();
   mForm.ShowResults();
   QCoreApplication::processEvents();
   // Counted from the end of the painting, so that a slow display never starves the run.

@@ -25,6 +25,8 @@ class FormProgress final : public Progress {
     if (Clock::now() >= mNextPaint) Paint();
   }
   bool Stopped() const override { return mForm.Stopped(); }
+  /// Shows the last message though it is not yet time to paint.
+  void ShowLast();
 
  private:
   using Clock = std::chrono::steady_clock;

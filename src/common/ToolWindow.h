@@ -53,6 +53,8 @@ class ToolWindow : public QWidget {
   };
 
   bool StopAsked() const { return mStopAsked; }
+  /// The window closes as soon as its run has ended: start nothing new, ask nothing.
+  bool CloseAsked() const { return mCloseAsked; }
   /// The window is closing: save what is to be remembered. Called once.
   virtual void Form_Unload() {}
   /// Closes the window together with its frame in the main window.

@@ -56,8 +56,8 @@ ComparePictures ComparePictures::From(const frmImages& images) {
           .ArrowYellowDbl = images.GetPicture(u"ArrowYellowDbl"_s),
           .ArrowGreenDbl = images.GetPicture(u"ArrowGreenDbl"_s),
           .Checkmark = images.GetPicture(u"Checkmark"_s),
-          .CheckOFF = images.imgCheckOFF(),
-          .CheckON = images.imgCheckON()};
+          .CheckOFF = images.imgCheckOFF,
+          .CheckON = images.imgCheckON};
 }
 
 CompareGrid::CompareGrid(ComparePictures pictures, QObject* parent)

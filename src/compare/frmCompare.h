@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "common/ToolWindow.h"
 #include "compare/CompareEngine.h"
@@ -28,6 +29,9 @@ class frmCompare : public ToolWindow {
   void Form_Activate() override;
   void Form_Deactivate() override;
 
+  /// The rows behind grdCompare.
+  CompareGrid& Grid() const { return *mGrid; }
+
  protected:
   void Form_Unload() override;
   void resizeEvent(QResizeEvent* event) override;
@@ -36,7 +40,7 @@ class frmCompare : public ToolWindow {
  private:
   static constexpr int OptionCount = 7;
 
-  QWidget* BuildFolders();
+  void BuildFolders();
   QWidget* BuildButtons();
   void BuildOptions();
   void BuildGrid();
@@ -52,7 +56,6 @@ class frmCompare : public ToolWindow {
   void chkShowOptions_Click();
   void cmdCompare_Click();
   void cmdFix_Click();
-  void cmdClose_Click();
   void grdCompare_Click(int row, int column);
 
   bool CheckFolders();
@@ -60,27 +63,29 @@ class frmCompare : public ToolWindow {
   CompareOptions ReadOptions();
   /// Gives the error that ended the comparison, if one did.
   std::optional<FileSystemError> RunComparison();
-  void TellFailure(const FileSystemError& error);
+  bool WalkBothTrees();
   void FixSelected();
   void TellProblem(const CompareRow& row, const FileSystemError& error);
   void ShowMessage(const QString& text);
 
-  uctSelectDir* mSelSource;
-  uctSelectDir* mSelTarget;
-  QPushButton* mCompare;
-  QPushButton* mFix;
-  QPushButton* mClose;
-  QCheckBox* mShowOptions;
-  QGroupBox* mOptions;
-  std::array<QCheckBox*, OptionCount> mOption;
-  QCheckBox* mSubfolders;
-  QLineEdit* mExtensions;
-  QLineEdit* mPrefix;
-  FlexGrid* mGridView;
-  CompareGrid* mGrid;
-  StatusBar* mStatus;
+  uctSelectDir* uctSelSource;
+  uctSelectDir* uctSelTarget;
+  QPushButton* cmdCompare;
+  QPushButton* cmdFix;
+  QPushButton* cmdClose;
+  QCheckBox* chkShowOptions;
+  QGroupBox* fraOptions;
+  std::array<QCheckBox*, OptionCount> chkOption;
+  QCheckBox* chkSubfolders;
+  QLabel* hdgExtensions;
+  QLineEdit* txtExtensions;
+  QLabel* hdgPrefix;
+  QLineEdit* txtPrefix;
+  FlexGrid* grdCompare;
+  StatusBar* stbCompare;
 
-  bool mShowFullPath = false;  // as the rows in the grid were made
+  CompareGrid* mGrid;
+  bool mShowFullPath = false;  // as it was when the rows in the grid were made
   bool mCompareAgain = false;
 };
 

@@ -71,6 +71,7 @@ FailingFileSystem::FailingFileSystem(int failAt, FileError error) : mFailAt(fail
 
 void FailingFileSystem::Count(const std::string& path) const {
   ++mCalls;
+  if (OnCall) OnCall();
   if (mFailAt > 0 && mCalls >= mFailAt) throw FileSystemError(mError, path);
 }
 

@@ -15,6 +15,8 @@ class FailingFileSystem final : public FileSystemObject {
 
   /// How many calls there have been.
   int Calls() const { return mCalls; }
+  /// Called in each of them, before it fails: to wait, say, so that a run takes its time.
+  std::function<void()> OnCall;
 
   bool FileExists(const std::string& path) const override;
   bool FolderExists(const std::string& path) const override;

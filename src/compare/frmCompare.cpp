@@ -1,0 +1,383 @@
+#include "compare/frmCompare.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+
+#include "common/Busy.h"
+#include "common/FormHelpers.h"
+#include "common/FormProgress.h"
+#include "common/MsgBox.h"
+#include "common/NativeText.h"
+#include "common/Settings.h"
+#include "common/Text.h"
+#include "compare/CompareFixer.h"
+#include "compare/CompareGrid.h"
+#include "controls/FlexGrid.h"
+#include "controls/StatusBar.h"
+#include "controls/uctSelectDir.h"
+#include "shell/frmImages.h"
+
+namespace brackwell {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Section = u"Compare"_s;
+const QString MessagePanel = u"MESSAGE"_s;
+constexpr const char* TagProperty = "Tag";
+
+struct OptionText {
+  QStringView Tag;  // the settings key
+  QStringView Caption;
+};
+
+constexpr std::array<OptionText, 7> OptionTexts{{
+    {u"SRC_NOT_TGT", u"Flag when file exists in SOURCE but does not exist in TARGET"},
+    {u"TGT_NOT_SRC", u"Flag when file exists in TARGET but does not exist in SOURCE"},
+    {u"SRC_NEWER", u"Flag when file in SOURCE is newer than file in TARGET"},
+    {u"TGT_NEWER", u"Flag when file in TARGET is newer than file in SOURCE"},
+    {u"SRC_SIZE", u"Flag when there is a difference in size of SOURCE and TARGET file"},
+    {u"DIR_IN_SRC", u"Flag when sub-folder exists in SOURCE but does not exist in TARGET"},
+    {u"DIR_IN_TGT", u"Flag when sub-folder exists in TARGET but does not exist in SOURCE"},
+}};
+
+template <typename Control>
+Control* Named(Control* control, const QString& name, const QString& accessibleName) {
+  control->setObjectName(name);
+  control->setAccessibleName(accessibleName);
+  return control;
+}
+
+/// A stored text that is no number leaves the box as it was designed.
+void LoadCheckBox(QCheckBox& box, const QString& key) {
+  if (const auto value = GetSettingNumber(Section, key, 1)) box.setChecked(*value != 0);
+}
+
+void SaveCheckBox(const QCheckBox& box, const QString& key) {
+  SaveSetting(Section, key, box.isChecked() ? u"1"_s : u"0"_s);
+}
+
+/// Tidies the text in the box as well, so that the user sees what counts.
+std::vector<std::string> ReadList(QLineEdit& box) {
+  const std::string tidy = TidyList(box.text().toStdString());
+  const QString text = QString::fromStdString(tidy);
+  if (text != box.text()) box.setText(text);
+  return SplitList(tidy);
+}
+
+}  // namespace
+
+frmCompare::frmCompare(Services& services) : ToolWindow(services) {
+  setObjectName(u"frmCompare"_s);
+  setWindowTitle(u"Directory Comparison"_s);
+
+  auto* layout = new QGridLayout(this);
+  BuildFolders();
+  BuildOptions();
+  BuildGrid();
+  stbCompare = Named(new StatusBar(this), u"stbCompare"_s, u"Status"_s);
+  stbCompare->AddPanel(MessagePanel);
+
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(6);
+  layout->addWidget(uctSelSource, 0, 0);
+  layout->addWidget(uctSelTarget, 1, 0);
+  layout->addWidget(BuildButtons(), 2, 0);
+  layout->addWidget(fraOptions, 3, 0);
+  layout->addWidget(grdCompare, 4, 0);
+  layout->setRowStretch(4, 1);
+  layout->addWidget(stbCompare, 5, 0);
+
+  ConnectHandlers();
+  Form_Load();
+}
+
+void frmCompare::BuildFolders() {
+  const auto selector = [this](const QString& name) {
+    auto* control = new uctSelectDir(mServices.Files, mServices.Images.BrowseFF, this);
+    control->setObjectName(name);
+    return control;
+  };
+  uctSelSource = selector(u"uctSelSource"_s);
+  uctSelTarget = selector(u"uctSelTarget"_s);
+}
+
+QWidget* frmCompare::BuildButtons() {
+  auto* row = new QWidget(this);
+  cmdCompare = Named(new QPushButton(u"Co&mpare"_s, row), u"cmdCompare"_s, u"Compare"_s);
+  cmdFix = Named(new QPushButton(u"&Fix"_s, row), u"cmdFix"_s, u"Fix"_s);
+  cmdClose = Named(new QPushButton(u"&Close"_s, row), u"cmdClose"_s, u"Close"_s);
+  chkShowOptions = Named(new QCheckBox(u"&Options"_s, row), u"chkShowOptions"_s, u"Options"_s);
+  QSizePolicy keepsItsPlace = cmdFix->sizePolicy();
+  keepsItsPlace.setRetainSizeWhenHidden(true);
+  cmdFix->setSizePolicy(keepsItsPlace);
+  cmdFix->hide();
+
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(8, 0, 8, 0);
+  layout->addWidget(cmdCompare);
+  layout->addWidget(cmdFix);
+  layout->addWidget(cmdClose);
+  layout->addStretch();
+  layout->addWidget(chkShowOptions);
+  return row;
+}
+
+void frmCompare::BuildOptions() {
+  constexpr int Margin = 8;  // 120 twips
+  fraOptions = Named(new QGroupBox(u"Directory Comparison Options"_s, this), u"fraOptions"_s,
+                     u"Directory Comparison Options"_s);
+  auto* layout = new QGridLayout(fraOptions);
+  layout->setContentsMargins(Margin, Margin, Margin, Margin);
+  for (int i = 0; i < OptionCount; ++i) {
+    const QString caption = OptionTexts[i].Caption.toString();
+    chkOption[i] = Named(new QCheckBox(caption, fraOptions), u"chkOption(%1)"_s.arg(i), caption);
+    chkOption[i]->setProperty(TagProperty, OptionTexts[i].Tag.toString());
+    chkOption[i]->setChecked(true);
+    layout->addWidget(chkOption[i], i, 0, 1, 2);
+  }
+  chkSubfolders =
+      Named(new QCheckBox(u"Compare subfolders"_s, fraOptions), u"chkSubfolders"_s, u"Compare subfolders"_s);
+  chkSubfolders->setChecked(true);
+  layout->addWidget(chkSubfolders, OptionCount, 0, 1, 2);
+
+  const auto filter = [&](int row, QLabel*& heading, QLineEdit*& box, const QString& name, const QString& caption) {
+    heading = Named(new QLabel(caption, fraOptions), u"hdg"_s + name, caption);
+    box = Named(new QLineEdit(fraOptions), u"txt"_s + name, caption);
+    box->setToolTip(u"Separate several with \";\""_s);
+    box->installEventFilter(this);
+    heading->setBuddy(box);
+    layout->addWidget(heading, row, 0);
+    layout->addWidget(box, row, 1);
+  };
+  filter(OptionCount + 1, hdgExtensions, txtExtensions, u"Extensions"_s, u"Exclude files with extension(s)"_s);
+  filter(OptionCount + 2, hdgPrefix, txtPrefix, u"Prefix"_s, u"Exclude files/folders that begin with:"_s);
+  layout->setColumnStretch(1, 1);
+  fraOptions->hide();
+}
+
+void frmCompare::BuildGrid() {
+  mGrid = new CompareGrid(ComparePictures::From(mServices.Images), this);
+  grdCompare = Named(new FlexGrid(this), u"grdCompare"_s, u"Comparison results"_s);
+  grdCompare->setModel(mGrid);
+}
+
+void frmCompare::ConnectHandlers() {
+  connect(cmdCompare, &QPushButton::clicked, this, &frmCompare::cmdCompare_Click);
+  connect(cmdFix, &QPushButton::clicked, this, &frmCompare::cmdFix_Click);
+  connect(cmdClose, &QPushButton::clicked, this, &frmCompare::Unload);
+  connect(chkShowOptions, &QCheckBox::toggled, this, &frmCompare::chkShowOptions_Click);
+  connect(chkSubfolders, &QCheckBox::clicked, this, &frmCompare::chkSubfolders_Click);
+  for (int i = 0; i < OptionCount; ++i)
+    connect(chkOption[i], &QCheckBox::clicked, this, [this, i] { chkOption_Click(i); });
+  connect(txtExtensions, &QLineEdit::textEdited, this, [](const QString& text) { SaveSetting(Section, u"Extensions"_s, text); });
+  connect(txtPrefix, &QLineEdit::textEdited, this, [](const QString& text) { SaveSetting(Section, u"Prefix"_s, text); });
+  connect(grdCompare, &FlexGrid::CellClicked, this, &frmCompare::grdCompare_Click);
+
+  auto* stop = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+  connect(stop, &QShortcut::activated, this, &frmCompare::StopRun);
+}
+
+void frmCompare::Form_Load() {
+  uctSelSource->SetCaption(u"Source Directory"_s);
+  uctSelSource->SetFolder(GetSetting(Section, u"SourceFolder"_s));
+  uctSelTarget->SetCaption(u"Target Directory"_s);
+  uctSelTarget->SetFolder(GetSetting(Section, u"TargetFolder"_s));
+  LoadCompareSettings();
+  InitCompareGrid();
+}
+
+void frmCompare::LoadCompareSettings() {
+  for (QCheckBox* option : chkOption) LoadCheckBox(*option, option->property(TagProperty).toString());
+  txtExtensions->setText(GetSetting(Section, u"Extensions"_s));
+  txtPrefix->setText(GetSetting(Section, u"Prefix"_s));
+  LoadCheckBox(*chkSubfolders, u"CompareSubfolders"_s);
+}
+
+void frmCompare::InitCompareGrid() { mGrid->Init(); }
+
+void frmCompare::Form_Activate() { mServices.tlbMain_ENABLE(u"Print"_s, true); }
+void frmCompare::Form_Deactivate() { mServices.tlbMain_ENABLE(u"Print"_s, false); }
+
+void frmCompare::resizeEvent(QResizeEvent* event) {
+  ToolWindow::resizeEvent(event);
+  Form_Resize();
+}
+
+void frmCompare::Form_Resize() { FlexGrid_ColumnResize(*grdCompare, {500, 0.5, 500, 0.3, 0.1, 0.1}); }
+
+void frmCompare::Form_Unload() {
+  Form_Deactivate();
+  if (GetSettingFlag(Section, u"SaveFolders"_s, true)) {
+    SaveSetting(Section, u"SourceFolder"_s, uctSelSource->Folder());
+    SaveSetting(Section, u"TargetFolder"_s, uctSelTarget->Folder());
+  } else {
+    DeleteSetting(Section, u"SourceFolder"_s);
+    DeleteSetting(Section, u"TargetFolder"_s);
+  }
+}
+
+void frmCompare::chkOption_Click(int index) {
+  SaveCheckBox(*chkOption[index], chkOption[index]->property(TagProperty).toString());
+}
+
+void frmCompare::chkSubfolders_Click() { SaveCheckBox(*chkSubfolders, u"CompareSubfolders"_s); }
+
+/// A box tidied by a comparison is stored with the next key, edited or not.
+bool frmCompare::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyRelease) {
+    if (watched == txtExtensions) SaveSetting(Section, u"Extensions"_s, txtExtensions->text());
+    if (watched == txtPrefix) SaveSetting(Section, u"Prefix"_s, txtPrefix->text());
+  }
+  return ToolWindow::eventFilter(watched, event);
+}
+
+void frmCompare::chkShowOptions_Click() {
+  fraOptions->setVisible(chkShowOptions->isChecked());
+  grdCompare->setVisible(!chkShowOptions->isChecked());
+}
+
+void frmCompare::cmdCompare_Click() {
+  if (!CheckFolders()) return;
+  chkShowOptions->setChecked(false);
+  if (IsRunning()) {
+    // Clicked during a comparison: the one on the stack has to come back before another can start.
+    mCompareAgain = true;
+    StopRun();
+    return;
+  }
+  std::optional<FileSystemError> failure;
+  do {
+    mCompareAgain = false;
+    InitCompareGrid();
+    failure = RunComparison();
+  } while (mCompareAgain && !CloseAsked());
+  if (failure && !CloseAsked())
+    MsgBox(this, ToShownText(failure->Description()) + u"\n"_s + ToShownText(failure->Path()), MsgIcon::Critical,
+           windowTitle());
+}
+
+bool frmCompare::CheckFolders() {
+  return CheckFolder(*uctSelSource, u"Please select the source folder."_s, u"The source folder does not exist."_s) &&
+         CheckFolder(*uctSelTarget, u"Please select the target folder."_s, u"The target folder does not exist."_s);
+}
+
+bool frmCompare::CheckFolder(const uctSelectDir& selector, const QString& nonePicked, const QString& notThere) {
+  if (selector.Folder().isEmpty()) {
+    MsgBox(this, nonePicked, MsgIcon::Exclamation, windowTitle());
+    return false;
+  }
+  if (mServices.Files.FolderExists(ToNativePath(selector.Folder()))) return true;
+  MsgBox(this, notThere, MsgIcon::Critical, windowTitle());
+  return false;
+}
+
+CompareOptions frmCompare::ReadOptions() {
+  CompareOptions options;
+  options.ExtensionList = ReadList(*txtExtensions);
+  options.PrefixList = ReadList(*txtPrefix);
+  options.SourceRoot = ToNativePath(uctSelSource->Folder());
+  options.TargetRoot = ToNativePath(uctSelTarget->Folder());
+  options.FlagSourceFileMissing = chkOption[0]->isChecked();
+  options.FlagTargetFileMissing = chkOption[1]->isChecked();
+  options.FlagSourceNewer = chkOption[2]->isChecked();
+  options.FlagTargetNewer = chkOption[3]->isChecked();
+  options.FlagSizes = chkOption[4]->isChecked();
+  options.FlagSourceFolderMissing = chkOption[5]->isChecked();
+  options.FlagTargetFolderMissing = chkOption[6]->isChecked();
+  options.CompareSubfolders = chkSubfolders->isChecked();
+  options.ShowFullPath = mShowFullPath;
+  return options;
+}
+
+std::optional<FileSystemError> frmCompare::RunComparison() {
+  const Run run(*this);
+  const BusyPointer busy;
+  cmdFix->setEnabled(false);  // rows may still be ticked, but not fixed while others come in
+  bool finished = false;
+  try {
+    finished = WalkBothTrees();
+  } catch (const FileSystemError& error) {
+    mGrid->Publish();
+    cmdFix->setEnabled(true);
+    return error;
+  }
+  mGrid->RemoveEmptyRow();
+  mGrid->Sort();
+  cmdFix->show();
+  cmdFix->setEnabled(true);
+  ShowMessage(finished ? QString() : u"Stopped: the list is not complete."_s);
+  return std::nullopt;
+}
+
+/// False when it was stopped before its end.
+bool frmCompare::WalkBothTrees() {
+  mShowFullPath = GetSettingNumber(Section, u"ShowFullPath"_s, 0) == 1;
+  FormProgress progress({.ShowMessage = [this](const QString& text) { ShowMessage(text); },
+                         .ShowResults = [this] { mGrid->Publish(); },
+                         .Stopped = [this] { return StopAsked(); }});
+  const CompareOptions options = ReadOptions();
+  progress.Message("Checking " + options.SourceRoot);
+  progress.DoEvents();
+  return CompareEngine(mServices.Files, options, progress, [this](CompareRow row) {
+           mGrid->AddCompareRow(std::move(row));
+         }).RunComparison();
+}
+
+void frmCompare::grdCompare_Click(int row, int column) {
+  if (!mGrid->Toggle(row, column)) return;
+  const CompareRow& toggled = mGrid->Rows()[row];
+  const bool sourceTicked = column == CompareGrid::FixSourceColumn && toggled.FixSource == FixBox::On;
+  const bool targetTicked = column == CompareGrid::FixTargetColumn && toggled.FixTarget == FixBox::On;
+  if (sourceTicked) grdCompare->setCurrentIndex(mGrid->index(row, CompareGrid::FixTargetColumn));
+  if (targetTicked) grdCompare->setCurrentIndex(mGrid->index(row, CompareGrid::FixSourceColumn));
+}
+
+void frmCompare::cmdFix_Click() {
+  FixSelected();
+  cmdFix->hide();
+}
+
+void frmCompare::FixSelected() {
+  std::size_t fixCount = 0;
+  {
+    const Run run(*this);
+    const BusyPointer busy;
+    const InputBlocker blocker;
+    const FixOptions options{.SourceRoot = ToNativePath(uctSelSource->Folder()),
+                             .TargetRoot = ToNativePath(uctSelTarget->Folder()),
+                             .ShowFullPath = mShowFullPath};
+    FormProgress progress({.ShowMessage = [this](const QString& text) { ShowMessage(text); },
+                           .ShowResults = [] {},
+                           .Stopped = [] { return false; }});
+    std::vector<CompareRow>& rows = mGrid->Rows();
+    fixCount = brackwell::FixSelected(
+        mServices.Files, options, rows,
+        {.Fixing = [&](std::size_t row) { progress.Message("Fixing " + rows[row].Name); },
+         .Problem = [&](std::size_t row, const FileSystemError& error) { TellProblem(rows[row], error); },
+         .Fixed = [&](std::size_t row) { mGrid->RowChanged(row); },
+         .Working = [&] { progress.DoEvents(); }});
+    progress.ShowLast();
+  }
+  MsgBox(this, u"%1 files/folders have been fixed."_s.arg(fixCount), MsgIcon::Information, windowTitle());
+}
+
+void frmCompare::TellProblem(const CompareRow& row, const FileSystemError& error) {
+  MsgBox(this,
+         u"There was a problem fixing "_s + (IsFile(row.Kind) ? u"file "_s : u"folder "_s) + ToShownText(row.Name) +
+             u"\nError: "_s + QString::number(error.Number()) + u"\nDescription: "_s +
+             QString::fromStdString(error.Description()),
+         MsgIcon::Exclamation, windowTitle());
+}
+
+void frmCompare::ShowMessage(const QString& text) { stbCompare->SetPanelText(MessagePanel, text); }
+
+}  // namespace brackwell
