@@ -2,6 +2,8 @@
 
 #include <QCloseEvent>
 #include <QMdiSubWindow>
+#include <exception>
+#include <utility>
 
 namespace brackwell {
 
@@ -33,8 +35,13 @@ void ToolWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  Form_Unload();
   event->accept();
+  if (std::exchange(mUnloaded, true)) return;
+  try {
+    Form_Unload();
+  } catch (const std::exception&) {
+    // What cannot be remembered must not keep the window open.
+  }
 }
 
 }  // namespace brackwell

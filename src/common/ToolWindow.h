@@ -68,6 +68,7 @@ class ToolWindow : public QWidget {
   bool mRunning = false;
   bool mStopAsked = false;
   bool mCloseAsked = false;
+  bool mUnloaded = false;
 };
 
 }  // namespace brackwell
