@@ -1,0 +1,45 @@
+#include "shell/ToolTable.h"
+
+#include "shell/EmptyToolWindow.h"
+
+namespace brackwell {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+auto Empty(const QString& name, const QString& caption) {
+  return [=](Services& services) -> ToolWindow* { return new EmptyToolWindow(services, name, caption); };
+}
+
+}  // namespace
+
+std::vector<Tool> ToolTable() {
+  return {
+      {.Key = u"DirCompare"_s,
+       .ToolTip = u"Compare directory contents"_s,
+       .Create = Empty(u"frmCompare"_s, u"Directory Comparison"_s)},
+      {.Key = u"DirDisplay"_s,
+       .ToolTip = u"Display and print folder contents"_s,
+       .Create = Empty(u"frmDirDisplay"_s, u"Directory Display"_s)},
+      {.Key = u"FontDisplay"_s,
+       .ToolTip = u"Sample text in multiple fonts"_s,
+       .Create = Empty(u"frmFontDisplay"_s, u"Font Sample"_s),
+       .Single = true,
+       .HeedsChildMaximized = true},
+      {.Key = u"Replace"_s,
+       .ToolTip = u"Find and replace"_s,
+       .Create = Empty(u"frmReplace"_s, u"Find and Replace"_s),
+       .HeedsChildMaximized = true},
+      {.Key = u"RenImages"_s,
+       .ToolTip = u"Rename image files"_s,
+       .Create = Empty(u"frmRename"_s, u"Rename Image Files"_s),
+       .HeedsChildMaximized = true},
+      {.Key = u"Drive"_s,
+       .ToolTip = u"Display disk drive information"_s,
+       .Create = Empty(u"frmDrives"_s, u"Disk Drive Information"_s),
+       .Single = true},
+  };
+}
+
+}  // namespace brackwell
