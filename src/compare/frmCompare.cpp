@@ -136,7 +136,8 @@ void frmCompare::BuildOptions() {
   fraOptions = Named(new QGroupBox(u"Directory Comparison Options"_s, this), u"fraOptions"_s,
                      u"Directory Comparison Options"_s);
   auto* layout = new QGridLayout(fraOptions);
-  layout->setContentsMargins(Margin, Margin, Margin, Margin);
+  const int frameLine = fraOptions->contentsMargins().right();
+  layout->setContentsMargins(Margin, Margin, Margin - frameLine, Margin);
   for (int i = 0; i < OptionCount; ++i) {
     const QString caption = OptionTexts[i].Caption.toString();
     chkOption[i] = Named(new QCheckBox(caption, fraOptions), u"chkOption(%1)"_s.arg(i), caption);

@@ -334,18 +334,18 @@ class frmCompareTest : public QObject {
 
   void AProblemIsToldAndCountedAndTheRowStaysUnfixed() {
     Bench bench;
-    bench.Tree.File("s/<b>a</b>");
+    bench.Tree.File("s/<b>a&amp;");
     bench.Tree.File("s/z");
     bench.Compare();
     bench.ClickCell(0, 5);
     bench.ClickCell(1, 5);
-    bench.Tree.Remove("s/<b>a</b>");
+    bench.Tree.Remove("s/<b>a&amp;");
     bench.Click("cmdFix");
     QCOMPARE(bench.Boxes.TakeTexts(),
-             (QStringList{u"There was a problem fixing file <b>a</b>\nError: 53\nDescription: File not found"_s,
+             (QStringList{u"There was a problem fixing file <b>a&amp;\nError: 53\nDescription: File not found"_s,
                           u"2 files/folders have been fixed."_s}));
     QCOMPARE(bench.Boxes.Shown().front().Icon, QMessageBox::Warning);
-    QCOMPARE(bench.Lines(), (QStringList{u"<b>a</b> | Source file was not found in target folder | - | x"_s,
+    QCOMPARE(bench.Lines(), (QStringList{u"<b>a&amp; | Source file was not found in target folder | - | x"_s,
                                          u"z | Source file was not found in target folder (FIXED) | - | -"_s}));
   }
 
