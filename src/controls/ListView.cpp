@@ -1,0 +1,65 @@
+#include "controls/ListView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QStyledItemDelegate>
+
+namespace brackwell {
+namespace {
+
+/// Shows and toggles check marks only in a list that has check boxes.
+class ItemDelegate : public QStyledItemDelegate {
+ public:
+  explicit ItemDelegate(ListView& list) : QStyledItemDelegate(&list), mList(list) {}
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (!mList.Checkboxes()) option->features &= ~QStyleOptionViewItem::HasCheckIndicator;
+  }
+
+  bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+    return mList.Checkboxes() && QStyledItemDelegate::editorEvent(event, model, option, index);
+  }
+
+ private:
+  const ListView& mList;
+};
+
+}  // namespace
+
+ListView::ListView(QWidget* parent) : QTreeView(parent) {
+  setItemDelegate(new ItemDelegate(*this));
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setEditTriggers(NoEditTriggers);
+  header()->setStretchLastSection(false);
+  header()->setSectionsMovable(false);
+  header()->setMinimumSectionSize(8);
+}
+
+void ListView::SetCheckboxes(bool checkboxes) {
+  mCheckboxes = checkboxes;
+  viewport()->update();
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+  // The mark is in the first column, the current cell may be in another one.
+  if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && mCheckboxes) {
+    if (!event->isAutoRepeat()) ToggleCurrentItem();
+    return;
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+void ListView::ToggleCurrentItem() {
+  const QModelIndex item = currentIndex().siblingAtColumn(0);
+  if (!(item.flags() & Qt::ItemIsUserCheckable)) return;
+  const bool isChecked = item.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+  model()->setData(item, isChecked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+}  // namespace brackwell

@@ -1,0 +1,78 @@
+#include "controls/ListView.h"
+
+#include <QStandardItemModel>
+#include <QTest>
+
+#include "support/IsolatedSettings.h"
+
+using namespace Qt::StringLiterals;
+
+namespace brackwell {
+
+class ListView_test : public QObject {
+  Q_OBJECT
+
+ private:
+  static void Fill(QStandardItemModel& items) {
+    for (const QString& name : {u"a"_s, u"b"_s}) {
+      auto* item = new QStandardItem(name);
+      item->setCheckable(true);
+      items.appendRow({item, new QStandardItem(u"new"_s)});
+    }
+  }
+
+ private Q_SLOTS:
+  void SpaceTogglesTheItemFromAnyColumn() {
+    QStandardItemModel items;
+    Fill(items);
+    ListView list;
+    list.setModel(&items);
+    list.setProperty("Checkboxes", true);
+    list.setCurrentIndex(items.index(1, 1));
+    QTest::keyClick(&list, Qt::Key_Space);
+    QCOMPARE(items.item(1)->checkState(), Qt::Checked);
+    QCOMPARE(items.item(0)->checkState(), Qt::Unchecked);
+    QTest::keyClick(&list, Qt::Key_Space);
+    QCOMPARE(items.item(1)->checkState(), Qt::Unchecked);
+  }
+
+  void AClickOnTheBoxToggles() {
+    QStandardItemModel items;
+    Fill(items);
+    ListView list;
+    list.setModel(&items);
+    list.SetCheckboxes(true);
+    list.show();
+    const QRect row = list.visualRect(items.index(0, 0));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(row.left() + 10, row.center().y()));
+    QCOMPARE(items.item(0)->checkState(), Qt::Checked);
+  }
+
+  void WithoutCheckBoxesNothingToggles() {
+    QStandardItemModel items;
+    Fill(items);
+    ListView list;
+    list.setModel(&items);
+    list.show();
+    list.setCurrentIndex(items.index(0, 0));
+    QTest::keyClick(&list, Qt::Key_Space);
+    const QRect row = list.visualRect(items.index(0, 0));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, QPoint(row.left() + 10, row.center().y()));
+    QCOMPARE(items.item(0)->checkState(), Qt::Unchecked);
+  }
+
+  void CheckBoxesShowOnlyWhenAskedFor() {
+    QStandardItemModel items;
+    Fill(items);
+    ListView list;
+    list.setModel(&items);
+    const QImage without = list.grab().toImage();
+    list.SetCheckboxes(true);
+    QVERIFY(list.grab().toImage() != without);
+  }
+};
+
+}  // namespace brackwell
+
+QTEST_MAIN(brackwell::ListView_test)
+#include "ListView_test.moc"
