@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+class QLabel;
+class QRadioButton;
+class QWidget;
+
+namespace brackwell {
+
+class FlexGrid;
+class ListView;
+
+/// Measures of windows are in twips, 1440 to the inch.
+double TwipsPerPixel();
+
+/// What a vertical scroll bar and a control's border take of its width, whether or not one shows; in twips.
+std::int16_t ScrollBarAllowance();
+
+/// The widths in twips that a list of column widths means for a control of the given outer width: 0 and
+/// widths of at least 1 stay as they are; one between 0 and 1 is that share of what they leave over, a whole
+/// number. Shares are not normalised.
+std::vector<double> ColumnWidths(double outerWidth, std::int16_t allowance,
+                                 const std::vector<double>& widths);
+
+// Size the columns as ColumnWidths says; a width of 0 hides the column. There must be one width per column:
+// else a message box says so and nothing changes.
+void FlexGrid_ColumnResize(FlexGrid& grid, const std::vector<double>& widths);
+void ListView_ColumnResize(ListView& list, const std::vector<double>& widths);
+
+/// Makes a control read-only and shows that by its colour; `clearValue` empties it too, `caption` is greyed.
+/// What still scrolls or can be copied from (list and text boxes) stays enabled. A frame's controls are
+/// locked in turn and keep their values.
+void LockControl(QWidget& control, bool clearValue = false, QLabel* caption = nullptr);
+
+/// The number of items with a check mark; 0 for a list without check boxes. Raises std::overflow_error for
+/// more than the result holds.
+std::int16_t CountCheckedItems(const ListView& list);
+
+/// The position in `options` of the last button that is chosen, or -1.
+int GetSelectedOption(std::span<QRadioButton* const> options);
+
+}  // namespace brackwell
