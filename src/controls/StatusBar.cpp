@@ -4,9 +4,11 @@
 
 namespace brackwell {
 
+using namespace Qt::StringLiterals;
+
 StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent) {
   setSizeGripEnabled(false);
-  setAccessibleName(tr("Status"));
+  setAccessibleName(u"Status"_s);
 }
 
 ElidedLabel* StatusBar::NewPanel(const QString& key, int stretch) {
