@@ -5,6 +5,7 @@
 #include <random>
 #include <sstream>
 #include <system_error>
+#include <vector>
 
 namespace brackwell {
 namespace {
@@ -18,12 +19,31 @@ std::string ToName(const fs::path& path) {
   return std::string(name.begin(), name.end());
 }
 
-/// Folders that a test has locked would otherwise stay for ever.
-void Unlock(const fs::path& folder) {
+void Unlock(const fs::path& path) {
   std::error_code ignored;
-  fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
-  for (const auto& entry : fs::directory_iterator(folder, ignored))
-    if (entry.is_directory(ignored) && !entry.is_symlink(ignored)) Unlock(entry.path());
+  if (!fs::is_symlink(fs::symlink_status(path, ignored)))
+    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, ignored);
+}
+
+/// Removes what fs::remove_all cannot: what a test has locked, and trees deeper than a path can be long,
+/// which are taken apart from the top.
+void TakeApart(const fs::path& top) {
+  std::error_code ignored;
+  int number = 0;
+  Unlock(top);
+  std::vector<fs::path> folders{top};
+  for (std::size_t at = 0; at < folders.size(); ++at) {
+    const fs::path folder = folders[at];
+    const std::vector<fs::directory_entry> members(fs::directory_iterator(folder, ignored), {});
+    for (const auto& member : members) {
+      Unlock(member.path());
+      if (fs::remove(member.path(), ignored)) continue;
+      const fs::path place = top / (".apart-" + std::to_string(number++));
+      fs::rename(member.path(), place, ignored);
+      if (!ignored) folders.push_back(place);
+    }
+  }
+  for (; !folders.empty(); folders.pop_back()) fs::remove(folders.back(), ignored);
 }
 
 }  // namespace
@@ -38,10 +58,7 @@ TempTree::TempTree() {
 TempTree::~TempTree() {
   std::error_code ignored;
   fs::remove_all(mFolder, ignored);
-  if (ignored) {
-    Unlock(mFolder);
-    fs::remove_all(mFolder, ignored);
-  }
+  if (ignored) TakeApart(mFolder);
 }
 
 fs::path TempTree::At(const std::string& name) const {
@@ -72,6 +89,11 @@ void TempTree::File(const std::string& name, const std::string& content, int sec
 
 void TempTree::SetModified(const std::string& name, int seconds) {
   fs::last_write_time(At(name), std::chrono::file_clock::from_sys(Time(seconds)));
+}
+
+void TempTree::SetReadOnly(const std::string& name) {
+  constexpr auto Write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  fs::permissions(At(name), Write, fs::perm_options::remove);
 }
 
 void TempTree::Remove(const std::string& name) { fs::remove_all(At(name)); }

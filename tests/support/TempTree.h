@@ -29,6 +29,7 @@ class TempTree {
   /// With a modification time `seconds` after the start of 2020.
   void File(const std::string& name, const std::string& content, int seconds);
   void SetModified(const std::string& name, int seconds);
+  void SetReadOnly(const std::string& name);
   void Remove(const std::string& name);
 
   std::string Read(const std::string& name) const;
