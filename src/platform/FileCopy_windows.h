@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "platform/FileSystemObject.h"
+
+namespace brackwell::win32 {
+
+/// FileSystemObject::CopyFile.
+void CopyOneFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick);
+
+}  // namespace brackwell::win32

@@ -1,0 +1,210 @@
+#include "platform/FileSystemObject.h"
+
+#include <shellapi.h>
+
+#include "platform/FileCopy_windows.h"
+#include "platform/FolderListing_windows.h"
+#include "platform/PendingFile_windows.h"
+#include "platform/Win32.h"
+
+namespace brackwell {
+namespace {
+
+using win32::Found;
+using win32::Handle;
+using win32::NativePath;
+using win32::PendingFile;
+using win32::Raise;
+
+class FileReader final : public TextReader {
+ public:
+  FileReader(Handle file, std::string path) : mFile(std::move(file)), mPath(std::move(path)) {}
+
+  std::string ReadAll() override {
+    std::string content;
+    LARGE_INTEGER size;
+    if (GetFileSizeEx(mFile.Get(), &size)) content.reserve(static_cast<std::size_t>(size.QuadPart));
+    constexpr DWORD Step = 1 << 20;
+    for (;;) {
+      const std::size_t before = content.size();
+      content.resize(before + Step);
+      DWORD length = 0;
+      if (!ReadFile(mFile.Get(), content.data() + before, Step, &length, nullptr)) Raise(GetLastError(), mPath);
+      content.resize(before + length);
+      if (length == 0) return content;
+    }
+  }
+
+ private:
+  const Handle mFile;
+  const std::string mPath;
+};
+
+class FileWriter final : public TextWriter {
+ public:
+  FileWriter(const std::string& path, bool overwrite) : mPath(path), mOverwrite(overwrite), mFile(path) {}
+
+  void Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      constexpr std::size_t Step = 1 << 20;
+      const auto wanted = static_cast<DWORD>(std::min(bytes.size(), Step));
+      DWORD written = 0;
+      if (!WriteFile(mFile.File().Get(), bytes.data(), wanted, &written, nullptr)) Raise(GetLastError(), mPath);
+      if (written != wanted) throw FileSystemError(FileError::DiskFull, mPath);
+      bytes.remove_prefix(written);
+    }
+  }
+
+  void Close() override { mFile.Commit(mOverwrite); }
+
+ private:
+  const std::string mPath;
+  const bool mOverwrite;
+  PendingFile mFile;
+};
+
+class WindowsFileSystem final : public FileSystemObject {
+ public:
+  bool FileExists(const std::string& path) const override {
+    const auto found = win32::FindItem(path);
+    return found && !found->IsFolder();
+  }
+
+  bool FolderExists(const std::string& path) const override {
+    const auto found = win32::FindItem(path);
+    return found && found->IsFolder();
+  }
+
+  ItemProperties GetFile(const std::string& path) const override {
+    const auto found = win32::FindItem(path);
+    if (!found || found->IsFolder()) throw FileSystemError(FileError::FileNotFound, path);
+    return win32::PropertiesOf(*found, path);
+  }
+
+  std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick) const override {
+    return win32::OpenListing(path, tick);
+  }
+
+  FolderIdentity Identity(const std::string& folder) const override { return IdentityOf(OpenFolder(folder), folder); }
+
+  bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
+    const FolderIdentity wanted = Identity(ancestor);
+    std::string at = win32::FinalPath(OpenFolder(folder));
+    if (at.empty()) throw FileSystemError(FileError::PathFileAccess, folder);
+    for (; !at.empty(); at = ParentPath(at))
+      if (Identity(at) == wanted) return true;
+    return false;
+  }
+
+  std::string Drive(const std::string& path) const override {
+    std::string drive = win32::UsualPath(NativePath(path));
+    for (std::string parent(ParentPath(drive)); !parent.empty(); parent = ParentPath(drive)) drive = parent;
+    if (EndsWithSeparator(drive)) drive.pop_back();
+    return drive;
+  }
+
+  std::string ShortName(const std::string& path) const override { return std::string(FileName(ShortPath(path))); }
+
+  std::string ShortPath(const std::string& path) const override {
+    const std::wstring longPath = NativePath(path);
+    const std::wstring shortPath = win32::FetchText(
+        [&](wchar_t* text, DWORD size) { return GetShortPathNameW(longPath.c_str(), text, size); });
+    return shortPath.empty() ? std::string(WithoutSeparator(path)) : win32::UsualPath(shortPath);
+  }
+
+  std::string Type(const std::string& path) const override {
+    const auto found = win32::FindItem(path);
+    const DWORD attributes = found ? found->Information.dwFileAttributes : FILE_ATTRIBUTE_NORMAL;
+    SHFILEINFOW information{};
+    SHGetFileInfoW(win32::Widen(FileName(path)).c_str(), attributes, &information, sizeof information,
+                   SHGFI_USEFILEATTRIBUTES | SHGFI_TYPENAME);
+    return win32::Narrow(information.szTypeName);
+  }
+
+  void CopyFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) override {
+    win32::CopyOneFile(source, target, overwrite, tick);
+  }
+
+  void MoveFile(const std::string& source, const std::string& target) override {
+    if (!FileExists(source)) throw FileSystemError(FileError::FileNotFound, source);
+    if (!MoveFileExW(NativePath(source).c_str(), NativePath(target).c_str(), MOVEFILE_COPY_ALLOWED))
+      Raise(GetLastError(), target);
+  }
+
+  void CreateFolder(const std::string& path) override {
+    if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) Raise(GetLastError(), path);
+  }
+
+  void CopyFolderProperties(const std::string& source, const std::string& target) override {
+    const Handle from = OpenFolder(source);
+    FILE_BASIC_INFO properties{};
+    if (!GetFileInformationByHandleEx(from.Get(), FileBasicInfo, &properties, sizeof properties))
+      Raise(GetLastError(), source);
+    properties.CreationTime.QuadPart = 0;
+    properties.ChangeTime.QuadPart = 0;
+    properties.FileAttributes &= FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                                 FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_ARCHIVE;
+    const Handle to = win32::Open(NativePath(target), FILE_WRITE_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+    // Kept where the file system can keep them; the copy itself is done.
+    if (to.IsOpen()) SetFileInformationByHandle(to.Get(), FileBasicInfo, &properties, sizeof properties);
+  }
+
+  void CopyLink(const std::string& source, const std::string& target) override {
+    Found link;
+    if (const DWORD error = win32::LookUp(source, link)) Raise(error, source, FileError::FileNotFound);
+    const std::wstring from = NativePath(source);
+    const std::wstring to = NativePath(target);
+    const bool copied = link.IsFolder() ? CreateDirectoryExW(from.c_str(), to.c_str(), nullptr)
+                                        : CopyFileExW(from.c_str(), to.c_str(), nullptr, nullptr, nullptr,
+                                                      COPY_FILE_COPY_SYMLINK | COPY_FILE_FAIL_IF_EXISTS);
+    if (copied) return RemoveUnlessLink(target, to);
+    const DWORD error = GetLastError();
+    if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS) Raise(error, target);
+  }
+
+  std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
+    if (FolderExists(path)) throw FileSystemError(FileError::PathFileAccess, path);
+    Handle file = win32::Open(NativePath(path), GENERIC_READ);
+    if (!file.IsOpen()) Raise(GetLastError(), path, FileError::FileNotFound);
+    if (GetFileType(file.Get()) != FILE_TYPE_DISK) throw FileSystemError(FileError::PathFileAccess, path);
+    return std::make_unique<FileReader>(std::move(file), path);
+  }
+
+  std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {
+    Found existing;
+    if (win32::LookUp(path, existing) == ERROR_SUCCESS) {
+      if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
+      if (existing.IsFolder() || (existing.Information.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0)
+        throw FileSystemError(FileError::PermissionDenied, path);
+    }
+    return std::make_unique<FileWriter>(path, overwrite);
+  }
+
+ private:
+  static Handle OpenFolder(const std::string& path) {
+    Handle folder = win32::Open(NativePath(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!folder.IsOpen()) Raise(GetLastError(), path);
+    return folder;
+  }
+
+  static FolderIdentity IdentityOf(const Handle& folder, const std::string& path) {
+    BY_HANDLE_FILE_INFORMATION information;
+    if (!GetFileInformationByHandle(folder.Get(), &information)) Raise(GetLastError(), path);
+    return {information.dwVolumeSerialNumber,
+            std::uint64_t{information.nFileIndexHigh} << 32 | information.nFileIndexLow};
+  }
+
+  /// Where links cannot be kept, the system may make an empty folder or copy the content in place of one.
+  static void RemoveUnlessLink(const std::string& path, const std::wstring& nativePath) {
+    Found made;
+    if (win32::LookUp(path, made) != ERROR_SUCCESS || made.IsLink) return;
+    static_cast<void>(made.IsFolder() ? RemoveDirectoryW(nativePath.c_str()) : DeleteFileW(nativePath.c_str()));
+    throw FileSystemError(FileError::PathFileAccess, path);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<FileSystemObject> CreateFileSystemObject() { return std::make_unique<WindowsFileSystem>(); }
+
+}  // namespace brackwell

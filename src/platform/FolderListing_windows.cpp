@@ -1,0 +1,236 @@
+#include "platform/FolderListing_windows.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/CaseRules.h"
+
+namespace brackwell::win32 {
+namespace {
+
+constexpr unsigned KnownAttributes = Attribute::ReadOnly | Attribute::Hidden | Attribute::System |
+                                     Attribute::Directory | Attribute::Archive | Attribute::Compressed;
+
+DateTime DateOf(const FILETIME& time) {
+  constexpr std::int64_t TicksPerSecond = 10'000'000;
+  constexpr std::int64_t SecondsFrom1601To1970 = 11'644'473'600;
+  const auto ticks = static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
+  if (ticks == 0) return {};
+  return DateTime(std::chrono::seconds(ticks / TicksPerSecond - SecondsFrom1601To1970));
+}
+
+FileStatus StatusOf(const Found& found) {
+  return {.IsFolder = found.IsFolder(),
+          .Size = found.IsFolder() ? 0 : found.Size(),
+          .DateLastModified = DateOf(found.Information.ftLastWriteTime)};
+}
+
+/// Other reparse points are files and folders like any other: kept in a cloud, compressed, deduplicated.
+bool IsLinkTag(DWORD attributes, DWORD tag) {
+  return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && (tag == 0 || IsReparseTagNameSurrogate(tag));
+}
+
+/// A search, closed at its end.
+class Search {
+ public:
+  explicit Search(const std::wstring& pattern)
+      : mHandle(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &mItem, FindExSearchNameMatch, nullptr,
+                                 FIND_FIRST_EX_LARGE_FETCH)) {}
+  Search(const Search&) = delete;
+  Search& operator=(const Search&) = delete;
+  ~Search() {
+    if (HasItem()) FindClose(mHandle);
+  }
+
+  bool HasItem() const { return mHandle != INVALID_HANDLE_VALUE; }
+  const WIN32_FIND_DATAW& Item() const { return mItem; }
+  bool Next() { return FindNextFileW(mHandle, &mItem); }
+
+ private:
+  WIN32_FIND_DATAW mItem{};
+  HANDLE mHandle;
+};
+
+template <typename Data>
+BY_HANDLE_FILE_INFORMATION InformationOf(const Data& data) {
+  BY_HANDLE_FILE_INFORMATION information{};
+  information.dwFileAttributes = data.dwFileAttributes;
+  information.ftCreationTime = data.ftCreationTime;
+  information.ftLastAccessTime = data.ftLastAccessTime;
+  information.ftLastWriteTime = data.ftLastWriteTime;
+  information.nFileSizeHigh = data.nFileSizeHigh;
+  information.nFileSizeLow = data.nFileSizeLow;
+  return information;
+}
+
+/// What the folder has noted of a file that cannot be asked itself, such as the system's paging file.
+bool FindNoted(const std::wstring& nativePath, Found& found) {
+  const Search search(nativePath);
+  if (!search.HasItem()) return false;
+  const WIN32_FIND_DATAW& item = search.Item();
+  found = {InformationOf(item), IsLinkTag(item.dwFileAttributes, item.dwReserved0)};
+  return true;
+}
+
+bool IsLink(const std::wstring& nativePath) {
+  const Search search(nativePath);
+  return search.HasItem() && IsLinkTag(search.Item().dwFileAttributes, search.Item().dwReserved0);
+}
+
+DWORD LookUpFollowing(const std::string& path, Found& found) {
+  if (const DWORD error = LookUp(path, found)) return error;
+  if (!found.IsLink) return ERROR_SUCCESS;
+  const Handle target = Open(NativePath(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
+  if (target.IsOpen() && GetFileInformationByHandle(target.Get(), &found.Information)) return ERROR_SUCCESS;
+  // Leads nowhere: whatever it was made for, it is no folder.
+  found.Information.dwFileAttributes &= ~DWORD{FILE_ATTRIBUTE_DIRECTORY};
+  return ERROR_SUCCESS;
+}
+
+bool IsDotName(std::wstring_view name) { return name == L"." || name == L".."; }
+
+class Listing final : public Folder {
+ public:
+  Listing(std::string path, Tick tick) : mPath(std::move(path)), mTick(std::move(tick)) {}
+
+  const std::string& Path() const override { return mPath; }
+
+  ItemProperties Properties() const override {
+    return PropertiesOf(GetItem(mPath, FileError::PathNotFound), mPath);
+  }
+
+  const std::vector<Member>& Files() override {
+    ReadMembers();
+    return mFiles;
+  }
+
+  const std::vector<Member>& SubFolders() override {
+    ReadMembers();
+    return mSubFolders;
+  }
+
+  std::optional<FileStatus> Find(std::string_view name) const override {
+    if (name.empty()) return std::nullopt;
+    const auto found = FindItem(JoinPath(mPath, name));
+    return found ? std::optional(StatusOf(*found)) : std::nullopt;
+  }
+
+ private:
+  /// A member while the names are still being gathered.
+  struct Gathered {
+    std::uint32_t NameAt;
+    std::uint16_t NameLength;
+    bool IsFolder;
+    bool IsLink;
+  };
+
+  void ReadMembers() {
+    if (mRead) return;
+    std::vector<Gathered> gathered;
+    ReadNames(gathered);
+    Order(gathered);
+    mRead = true;
+  }
+
+  void ReadNames(std::vector<Gathered>& gathered) {
+    mNames.clear();
+    Search search(NativePath(JoinPath(mPath, "*")));
+    if (!search.HasItem()) {
+      if (GetLastError() == ERROR_FILE_NOT_FOUND) return;  // an empty root: it has no dot names either
+      Raise(GetLastError(), mPath);
+    }
+    do {
+      if (!IsDotName(search.Item().cFileName)) Gather(search.Item(), gathered);
+      if (mTick && gathered.size() % 1000 == 999) mTick();
+    } while (search.Next());
+    if (GetLastError() != ERROR_NO_MORE_FILES) Raise(GetLastError(), mPath);
+  }
+
+  void Gather(const WIN32_FIND_DATAW& item, std::vector<Gathered>& gathered) {
+    const std::string name = Narrow(item.cFileName);
+    const bool isLink = IsLinkTag(item.dwFileAttributes, item.dwReserved0);
+    const auto status = isLink ? Find(name) : std::nullopt;
+    const bool isFolder = isLink ? status && status->IsFolder : (item.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    gathered.push_back({.NameAt = static_cast<std::uint32_t>(mNames.size()),
+                        .NameLength = static_cast<std::uint16_t>(name.size()),
+                        .IsFolder = isFolder,
+                        .IsLink = isLink});
+    mNames += name;
+  }
+
+  void Order(const std::vector<Gathered>& gathered) {
+    for (const Gathered& member : gathered) {
+      const std::string_view name(mNames.data() + member.NameAt, member.NameLength);
+      (member.IsFolder ? mSubFolders : mFiles).push_back({name, member.IsLink});
+    }
+    Sort(mFiles);
+    Sort(mSubFolders);
+  }
+
+  void Sort(std::vector<Member>& members) {
+    unsigned comparisons = 0;
+    std::sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
+      if ((++comparisons & 0xFFFF) == 0 && mTick) mTick();
+      const auto order = CompareIgnoreCase(a.Name, b.Name);
+      return order != 0 ? order < 0 : a.Name < b.Name;
+    });
+  }
+
+  const std::string mPath;
+  const Tick mTick;
+  bool mRead = false;
+  std::string mNames;
+  std::vector<Member> mFiles;
+  std::vector<Member> mSubFolders;
+};
+
+}  // namespace
+
+std::uint64_t Found::Size() const {
+  return std::uint64_t{Information.nFileSizeHigh} << 32 | Information.nFileSizeLow;
+}
+
+std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick) {
+  if (!GetItem(path, FileError::PathNotFound).IsFolder()) throw FileSystemError(FileError::PathNotFound, path);
+  return std::make_unique<Listing>(path, tick);
+}
+
+std::optional<Found> FindItem(const std::string& path) {
+  Found found;
+  if (LookUpFollowing(path, found) != ERROR_SUCCESS) return std::nullopt;
+  return found;
+}
+
+Found GetItem(const std::string& path, FileError missing) {
+  Found found;
+  if (const DWORD error = LookUpFollowing(path, found)) Raise(error, path, missing);
+  return found;
+}
+
+DWORD LookUp(const std::string& path, Found& found) {
+  const std::wstring nativePath = NativePath(path);
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributesExW(nativePath.c_str(), GetFileExInfoStandard, &data)) {
+    const DWORD error = GetLastError();
+    return error == ERROR_SHARING_VIOLATION && FindNoted(nativePath, found) ? ERROR_SUCCESS : error;
+  }
+  const bool mayBeLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  found = {InformationOf(data), mayBeLink && IsLink(nativePath)};
+  return ERROR_SUCCESS;
+}
+
+ItemProperties PropertiesOf(const Found& found, const std::string& path) {
+  ItemProperties properties;
+  properties.Path = WithoutSeparator(path);
+  properties.Name = FileName(path);
+  properties.ParentFolder = ParentPath(path);
+  properties.Attributes =
+      (found.Information.dwFileAttributes & KnownAttributes) | (found.IsLink ? Attribute::Alias : 0);
+  properties.DateCreated = DateOf(found.Information.ftCreationTime);
+  properties.DateLastAccessed = DateOf(found.Information.ftLastAccessTime);
+  properties.DateLastModified = DateOf(found.Information.ftLastWriteTime);
+  if (!found.IsFolder()) properties.Size = found.Size();
+  return properties;
+}
+
+}  // namespace brackwell::win32

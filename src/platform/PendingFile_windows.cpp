@@ -1,0 +1,89 @@
+#include "platform/PendingFile_windows.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <new>
+#include <vector>
+
+#include "platform/Paths.h"
+
+namespace brackwell::win32 {
+namespace {
+
+constexpr int NeighbourNumbers = 16;  // as many writers of one target at a time as anybody can have
+
+/// The same names for the same target, so that the next writer finds what a power cut left; short, since the
+/// target's own name may already be as long as names can be.
+std::string NeighbourPath(const std::string& path, int number) {
+  const std::string_view name = FileName(path);
+  char neighbour[48];
+  std::snprintf(neighbour, sizeof neighbour, ".brackwell-%016zx-%d.tmp", std::hash<std::string_view>{}(name), number);
+  return JoinPath(ParentPath(path), neighbour);
+}
+
+Handle CreateHidden(const std::wstring& nativePath) {
+  return Handle(CreateFileW(nativePath.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                            FILE_ATTRIBUTE_HIDDEN, nullptr));
+}
+
+}  // namespace
+
+PendingFile::PendingFile(const std::string& path) : mPath(path) {
+  mProperties.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+  Open();
+  if (!SetRemovedOnClose(true)) Raise(GetLastError(), mPath);
+}
+
+void PendingFile::Open() {
+  DWORD error = ERROR_SUCCESS;
+  for (int number = 0; number < NeighbourNumbers; ++number) {
+    const std::wstring neighbour = NativePath(NeighbourPath(mPath, number));
+    mFile = CreateHidden(neighbour);
+    // What a power cut left can be deleted, what is being written cannot.
+    if (!mFile.IsOpen() && GetLastError() == ERROR_FILE_EXISTS && DeleteFileW(neighbour.c_str()))
+      mFile = CreateHidden(neighbour);
+    if (mFile.IsOpen()) return;
+    error = GetLastError();
+    // A file that goes when it is closed, as those of other writers do, cannot be told from a forbidden one.
+    const bool mayBeTaken =
+        error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION || error == ERROR_DELETE_PENDING;
+    if (!mayBeTaken) break;
+  }
+  Raise(error, mPath);
+}
+
+void PendingFile::Commit(bool replace) {
+  FILE_BASIC_INFO properties = mProperties;
+  const bool placed = SetRemovedOnClose(false) &&
+                      SetFileInformationByHandle(mFile.Get(), FileBasicInfo, &properties, sizeof properties) &&
+                      TakePlace(replace);
+  if (placed) return;
+  const DWORD error = GetLastError();
+  FILE_BASIC_INFO removable{};
+  removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+  SetFileInformationByHandle(mFile.Get(), FileBasicInfo, &removable, sizeof removable);
+  SetRemovedOnClose(true);
+  Raise(error, mPath);
+}
+
+bool PendingFile::SetRemovedOnClose(bool removed) {
+  FILE_DISPOSITION_INFO disposition{};
+  disposition.DeleteFile = removed;
+  return SetFileInformationByHandle(mFile.Get(), FileDispositionInfo, &disposition, sizeof disposition);
+}
+
+/// By handle, so that no other program can get hold of the file in between.
+bool PendingFile::TakePlace(bool replace) {
+  const std::wstring target = NativePath(mPath);
+  const std::size_t nameBytes = target.size() * sizeof(wchar_t);
+  std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + nameBytes);
+  auto* rename = new (buffer.data()) FILE_RENAME_INFO{};
+  rename->ReplaceIfExists = replace;
+  rename->FileNameLength = static_cast<DWORD>(nameBytes);
+  std::memcpy(rename->FileName, target.data(), nameBytes);
+  return SetFileInformationByHandle(mFile.Get(), FileRenameInfo, rename, static_cast<DWORD>(buffer.size()));
+}
+
+}  // namespace brackwell::win32

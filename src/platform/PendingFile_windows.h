@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Win32.h"
+
+namespace brackwell::win32 {
+
+/// A file that is being written, hidden beside its target. It takes its target's place in one step; dropped before
+/// that, it leaves nothing behind, nor does a program that is killed: the system removes it.
+class PendingFile {
+ public:
+  /// `path` is the file that is to be.
+  explicit PendingFile(const std::string& path);
+  PendingFile(const PendingFile&) = delete;
+  PendingFile& operator=(const PendingFile&) = delete;
+
+  const Handle& File() const { return mFile; }
+  /// Dates and attributes that the file is to have in its place; those that are 0 are the system's choice.
+  void SetProperties(const FILE_BASIC_INFO& properties) { mProperties = properties; }
+  /// Raises FileAlreadyExists where the name is taken and is not to be replaced. Call it once, last.
+  void Commit(bool replace);
+
+ private:
+  void Open();
+  bool SetRemovedOnClose(bool removed);
+  bool TakePlace(bool replace);
+
+  const std::string mPath;
+  Handle mFile;
+  FILE_BASIC_INFO mProperties{};
+};
+
+}  // namespace brackwell::win32
