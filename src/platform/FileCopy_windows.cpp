@@ -27,7 +27,8 @@ Source OpenSource(const std::string& path) {
   Source source;
   source.File = Open(NativePath(path), GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
   if (!source.File.IsOpen()) Raise(GetLastError(), path, FileError::FileNotFound);
-  if (GetFileType(source.File.Get()) != FILE_TYPE_DISK) throw FileSystemError(FileError::PathFileAccess, path);
+  if (GetFileType(source.File.Get()) != FILE_TYPE_DISK)
+    throw FileSystemError(FileError::PathFileAccess, path);
   if (!GetFileInformationByHandle(source.File.Get(), &source.Information)) Raise(GetLastError(), path);
   return source;
 }
@@ -102,7 +103,8 @@ FILE_BASIC_INFO PropertiesFor(const BY_HANDLE_FILE_INFORMATION& source) {
 
 }  // namespace
 
-void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite, const Tick& tick) {
+void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite,
+                 const Tick& tick) {
   const Source source = OpenSource(sourcePath);
   const Target target = FindTarget(targetPath);
   CheckReplaceable(target, source, overwrite);

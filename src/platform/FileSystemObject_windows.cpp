@@ -1,7 +1,5 @@
 #include "platform/FileSystemObject.h"
 
-#include <shellapi.h>
-
 #include "platform/FileCopy_windows.h"
 #include "platform/FolderListing_windows.h"
 #include "platform/PendingFile_windows.h"
@@ -29,7 +27,8 @@ class FileReader final : public TextReader {
       const std::size_t before = content.size();
       content.resize(before + Step);
       DWORD length = 0;
-      if (!ReadFile(mFile.Get(), content.data() + before, Step, &length, nullptr)) Raise(GetLastError(), mPath);
+      if (!ReadFile(mFile.Get(), content.data() + before, Step, &length, nullptr))
+        Raise(GetLastError(), mPath);
       content.resize(before + length);
       if (length == 0) return content;
     }
@@ -49,7 +48,8 @@ class FileWriter final : public TextWriter {
       constexpr std::size_t Step = 1 << 20;
       const auto wanted = static_cast<DWORD>(std::min(bytes.size(), Step));
       DWORD written = 0;
-      if (!WriteFile(mFile.File().Get(), bytes.data(), wanted, &written, nullptr)) Raise(GetLastError(), mPath);
+      if (!WriteFile(mFile.File().Get(), bytes.data(), wanted, &written, nullptr))
+        Raise(GetLastError(), mPath);
       if (written != wanted) throw FileSystemError(FileError::DiskFull, mPath);
       bytes.remove_prefix(written);
     }
@@ -85,7 +85,9 @@ class WindowsFileSystem final : public FileSystemObject {
     return win32::OpenListing(path, tick);
   }
 
-  FolderIdentity Identity(const std::string& folder) const override { return IdentityOf(OpenFolder(folder), folder); }
+  FolderIdentity Identity(const std::string& folder) const override {
+    return IdentityOf(OpenFolder(folder), folder);
+  }
 
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
     const FolderIdentity wanted = Identity(ancestor);
@@ -103,7 +105,9 @@ class WindowsFileSystem final : public FileSystemObject {
     return drive;
   }
 
-  std::string ShortName(const std::string& path) const override { return std::string(FileName(ShortPath(path))); }
+  std::string ShortName(const std::string& path) const override {
+    return std::string(FileName(ShortPath(path)));
+  }
 
   std::string ShortPath(const std::string& path) const override {
     const std::wstring longPath = NativePath(path);
@@ -121,7 +125,8 @@ class WindowsFileSystem final : public FileSystemObject {
     return win32::Narrow(information.szTypeName);
   }
 
-  void CopyFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) override {
+  void CopyFile(const std::string& source, const std::string& target, bool overwrite,
+                const Tick& tick) override {
     win32::CopyOneFile(source, target, overwrite, tick);
   }
 
@@ -198,7 +203,8 @@ class WindowsFileSystem final : public FileSystemObject {
   static void RemoveUnlessLink(const std::string& path, const std::wstring& nativePath) {
     Found made;
     if (win32::LookUp(path, made) != ERROR_SUCCESS || made.IsLink) return;
-    static_cast<void>(made.IsFolder() ? RemoveDirectoryW(nativePath.c_str()) : DeleteFileW(nativePath.c_str()));
+    static_cast<void>(made.IsFolder() ? RemoveDirectoryW(nativePath.c_str())
+                                      : DeleteFileW(nativePath.c_str()));
     throw FileSystemError(FileError::PathFileAccess, path);
   }
 };

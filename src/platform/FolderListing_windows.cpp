@@ -150,7 +150,8 @@ class Listing final : public Folder {
     const std::string name = Narrow(item.cFileName);
     const bool isLink = IsLinkTag(item.dwFileAttributes, item.dwReserved0);
     const auto status = isLink ? Find(name) : std::nullopt;
-    const bool isFolder = isLink ? status && status->IsFolder : (item.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const bool isFolder =
+        isLink ? status && status->IsFolder : (item.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     gathered.push_back({.NameAt = static_cast<std::uint32_t>(mNames.size()),
                         .NameLength = static_cast<std::uint16_t>(name.size()),
                         .IsFolder = isFolder,
@@ -171,8 +172,7 @@ class Listing final : public Folder {
     unsigned comparisons = 0;
     std::sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
       if ((++comparisons & 0xFFFF) == 0 && mTick) mTick();
-      const auto order = CompareIgnoreCase(a.Name, b.Name);
-      return order != 0 ? order < 0 : a.Name < b.Name;
+      return OrderOfNames(a.Name, b.Name) < 0;
     });
   }
 
@@ -191,7 +191,8 @@ std::uint64_t Found::Size() const {
 }
 
 std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick) {
-  if (!GetItem(path, FileError::PathNotFound).IsFolder()) throw FileSystemError(FileError::PathNotFound, path);
+  if (!GetItem(path, FileError::PathNotFound).IsFolder())
+    throw FileSystemError(FileError::PathNotFound, path);
   return std::make_unique<Listing>(path, tick);
 }
 

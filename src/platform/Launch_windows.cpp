@@ -5,13 +5,12 @@
 
 #include "platform/Win32.h"
 
-#include <shellapi.h>
-
 namespace brackwell {
 
 int OpenDocument(const std::string& path, void* ownerWindow) {
   const std::wstring document = win32::Widen(win32::UsualPath(win32::NativePath(path)));
-  const HINSTANCE code = ShellExecuteW(static_cast<HWND>(ownerWindow), L"open", document.c_str(), L"", L"", SW_SHOWNORMAL);
+  const HINSTANCE code =
+      ShellExecuteW(static_cast<HWND>(ownerWindow), L"open", document.c_str(), L"", L"", SW_SHOWNORMAL);
   // Above 32 the value is an arbitrary one that may be wider than an int.
   return static_cast<int>(std::min<std::intptr_t>(reinterpret_cast<std::intptr_t>(code), 33));
 }

@@ -19,7 +19,8 @@ constexpr int NeighbourNumbers = 16;  // as many writers of one target at a time
 std::string NeighbourPath(const std::string& path, int number) {
   const std::string_view name = FileName(path);
   char neighbour[48];
-  std::snprintf(neighbour, sizeof neighbour, ".brackwell-%016zx-%d.tmp", std::hash<std::string_view>{}(name), number);
+  std::snprintf(neighbour, sizeof neighbour, ".brackwell-%016zx-%d.tmp", std::hash<std::string_view>{}(name),
+                number);
   return JoinPath(ParentPath(path), neighbour);
 }
 
@@ -56,9 +57,10 @@ void PendingFile::Open() {
 
 void PendingFile::Commit(bool replace) {
   FILE_BASIC_INFO properties = mProperties;
-  const bool placed = SetRemovedOnClose(false) &&
-                      SetFileInformationByHandle(mFile.Get(), FileBasicInfo, &properties, sizeof properties) &&
-                      TakePlace(replace);
+  const bool placed =
+      SetRemovedOnClose(false) &&
+      SetFileInformationByHandle(mFile.Get(), FileBasicInfo, &properties, sizeof properties) &&
+      TakePlace(replace);
   if (placed) return;
   const DWORD error = GetLastError();
   FILE_BASIC_INFO removable{};

@@ -6,8 +6,8 @@
 
 namespace brackwell::win32 {
 
-/// A file that is being written, hidden beside its target. It takes its target's place in one step; dropped before
-/// that, it leaves nothing behind, nor does a program that is killed: the system removes it.
+/// A file that is being written, hidden beside its target. It takes its target's place in one step; dropped
+/// before that, it leaves nothing behind, nor does a program that is killed: the system removes it.
 class PendingFile {
  public:
   /// `path` is the file that is to be.

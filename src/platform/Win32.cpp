@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::wstring_view LiteralPrefix = L"\\\\?\\";
 constexpr std::wstring_view LiteralSharePrefix = L"\\\\?\\UNC\\";
+constexpr DWORD DiskQuotaExceeded = 1295;  // not in every header
 constexpr char32_t Replacement = 0xFFFD;
 
 constexpr bool IsHighSurrogate(char32_t code) { return code >= 0xD800 && code < 0xDC00; }
@@ -79,7 +80,8 @@ bool IsAbsolute(std::wstring_view path) {
 }
 
 std::wstring WorkOut(const std::wstring& path) {
-  return FetchText([&](wchar_t* text, DWORD size) { return GetFullPathNameW(path.c_str(), size, text, nullptr); });
+  return FetchText(
+      [&](wchar_t* text, DWORD size) { return GetFullPathNameW(path.c_str(), size, text, nullptr); });
 }
 
 }  // namespace
@@ -124,7 +126,8 @@ std::wstring NativePath(std::string_view path) {
   std::wstring wide = Widen(WithoutSeparator(path));
   std::replace(wide.begin(), wide.end(), L'/', L'\\');
   if (!IsAbsolute(wide)) wide = WorkOut(wide);
-  // Taken literally, a path may be of any length, and names such as "aux.c" or "end." are names like any other.
+  // Taken literally, a path may be of any length, and names such as "aux.c" or "end." are names like any
+  // other.
   if (BeginsWithDrive(wide)) return wide.insert(0, LiteralPrefix);
   const bool isDevice = wide.starts_with(LiteralPrefix) || wide.starts_with(L"\\\\.\\");
   if (wide.starts_with(L"\\\\") && !isDevice) return wide.replace(0, 2, LiteralSharePrefix);
@@ -143,20 +146,23 @@ std::string FinalPath(const Handle& opened) {
 }
 
 Handle Open(const std::wstring& nativePath, DWORD access, DWORD flags) {
-  return Handle(CreateFileW(nativePath.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                            nullptr, OPEN_EXISTING, flags, nullptr));
+  return Handle(CreateFileW(nativePath.c_str(), access,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                            flags, nullptr));
 }
 
 FileError ErrorOf(DWORD code, FileError missing) {
   switch (code) {
-    case ERROR_FILE_NOT_FOUND: return missing;
+    case ERROR_FILE_NOT_FOUND:
+      return missing;
     case ERROR_PATH_NOT_FOUND:
     case ERROR_INVALID_DRIVE:
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
     case ERROR_BAD_PATHNAME:
     case ERROR_INVALID_NAME:
-    case ERROR_DIRECTORY: return FileError::PathNotFound;
+    case ERROR_DIRECTORY:
+      return FileError::PathNotFound;
     case ERROR_ACCESS_DENIED:
     case ERROR_NETWORK_ACCESS_DENIED:
     case ERROR_PRIVILEGE_NOT_HELD:
@@ -165,28 +171,35 @@ FileError ErrorOf(DWORD code, FileError missing) {
     case ERROR_USER_MAPPED_FILE:
     case ERROR_DELETE_PENDING:
     case ERROR_BUSY:
-    case ERROR_WRITE_PROTECT: return FileError::PermissionDenied;
+    case ERROR_WRITE_PROTECT:
+      return FileError::PermissionDenied;
     case ERROR_ALREADY_EXISTS:
     case ERROR_FILE_EXISTS:
-    case ERROR_DIR_NOT_EMPTY: return FileError::FileAlreadyExists;
+    case ERROR_DIR_NOT_EMPTY:
+      return FileError::FileAlreadyExists;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED:
-    case ERROR_FILE_TOO_LARGE: return FileError::DiskFull;
-    case ERROR_TOO_MANY_OPEN_FILES: return FileError::TooManyFiles;
+    case DiskQuotaExceeded:
+    case ERROR_FILE_TOO_LARGE:
+      return FileError::DiskFull;
+    case ERROR_TOO_MANY_OPEN_FILES:
+      return FileError::TooManyFiles;
     case ERROR_CRC:
     case ERROR_SEEK:
     case ERROR_SECTOR_NOT_FOUND:
     case ERROR_READ_FAULT:
     case ERROR_WRITE_FAULT:
     case ERROR_GEN_FAILURE:
-    case ERROR_IO_DEVICE: return FileError::DeviceError;
+    case ERROR_IO_DEVICE:
+      return FileError::DeviceError;
     case ERROR_NOT_READY:
     case ERROR_DEV_NOT_EXIST:
     case ERROR_NO_MEDIA_IN_DRIVE:
     case ERROR_UNRECOGNIZED_VOLUME:
-    case ERROR_UNRECOGNIZED_MEDIA: return FileError::DiskNotReady;
-    default: return FileError::PathFileAccess;
+    case ERROR_UNRECOGNIZED_MEDIA:
+      return FileError::DiskNotReady;
+    default:
+      return FileError::PathFileAccess;
   }
 }
 

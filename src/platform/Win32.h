@@ -7,6 +7,8 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
+// After the one above, which it needs.
+#include <shellapi.h>
 // Our own functions have these names.
 #undef CopyFile
 #undef MoveFile
@@ -35,8 +37,9 @@ class Handle {
   HANDLE mHandle;
 };
 
-/// UTF-8 to UTF-16 and back. Half surrogates, which Windows allows in names, travel as the three bytes that UTF-8
-/// would have for them, so every name comes back as it was. Bytes that are nothing of the kind become U+FFFD.
+/// UTF-8 to UTF-16 and back. Half surrogates, which Windows allows in names, travel as the three bytes that
+/// UTF-8 would have for them, so every name comes back as it was. Bytes that are nothing of the kind become
+/// U+FFFD.
 std::wstring Widen(std::string_view text);
 std::string Narrow(std::wstring_view text);
 
@@ -47,8 +50,8 @@ std::string UsualPath(std::wstring_view path);
 /// Where an opened file or folder really is, links resolved; empty where the system cannot tell.
 std::string FinalPath(const Handle& opened);
 
-/// Fetches a text whose length is not known before: `fetch` fills a buffer of so many characters and gives the
-/// length, or the size that is needed, or 0 on failure, which gives an empty text.
+/// Fetches a text whose length is not known before: `fetch` fills a buffer of so many characters and gives
+/// the length, or the size that is needed, or 0 on failure, which gives an empty text.
 template <typename Fetch>
 std::wstring FetchText(Fetch fetch) {
   std::wstring text(MAX_PATH, L'\0');
