@@ -92,7 +92,7 @@ class WindowsFileSystem final : public FileSystemObject {
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
     const FolderIdentity wanted = Identity(ancestor);
     std::string at = win32::FinalPath(OpenFolder(folder));
-    if (at.empty()) throw FileSystemError(FileError::PathFileAccess, folder);
+    if (at.empty()) at = win32::UsualPath(NativePath(folder));  // some file systems cannot tell
     for (; !at.empty(); at = ParentPath(at))
       if (Identity(at) == wanted) return true;
     return false;

@@ -61,7 +61,10 @@ void PendingFile::Commit(bool replace) {
       SetRemovedOnClose(false) &&
       SetFileInformationByHandle(mFile.Get(), FileBasicInfo, &properties, sizeof properties) &&
       TakePlace(replace);
-  if (placed) return;
+  if (placed) {
+    mFile = Handle();  // from now on it is everybody's
+    return;
+  }
   const DWORD error = GetLastError();
   FILE_BASIC_INFO removable{};
   removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
