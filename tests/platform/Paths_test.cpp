@@ -44,7 +44,7 @@ TEST(Paths, GiveTheLastElementAndWhatHoldsIt) {
 
 #ifdef _WIN32
 TEST(Paths, KnowDrivesAndShares) {
-  EXPECT_EQ(ParentPath("\\\\server\\share\\a"), "\\\\server\\share");
+  EXPECT_EQ(ParentPath("\\\\server\\share\\a"), "\\\\server\\share\\");
   EXPECT_EQ(JoinPath("C:/a", "b"), "C:/a\\b");
   EXPECT_EQ(FileName("C:/a/b"), "b");
 }
