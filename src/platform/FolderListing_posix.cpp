@@ -5,11 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstring>
 
-#include "platform/CaseRules.h"
+#include "platform/MemberList.h"
 #include "platform/Posix.h"
 
 namespace brackwell::posix {
@@ -30,19 +28,19 @@ bool IsDotName(const char* name) {
 class Listing final : public Folder {
  public:
   Listing(std::string path, Handle handle, bool readable, Tick tick)
-      : mPath(std::move(path)), mHandle(std::move(handle)), mReadable(readable), mTick(std::move(tick)) {}
+      : mPath(std::move(path)), mHandle(std::move(handle)), mReadable(readable), mMembers(std::move(tick)) {}
 
   const std::string& Path() const override { return mPath; }
   ItemProperties Properties() const override { return PropertiesAt(mHandle.Get(), "", mPath); }
 
   const std::vector<Member>& Files() override {
     ReadMembers();
-    return mFiles;
+    return mMembers.Files();
   }
 
   const std::vector<Member>& SubFolders() override {
     ReadMembers();
-    return mSubFolders;
+    return mMembers.SubFolders();
   }
 
   std::optional<FileStatus> Find(std::string_view name) const override {
@@ -54,27 +52,18 @@ class Listing final : public Folder {
   }
 
  private:
-  /// A member while the names are still being gathered.
-  struct Found {
-    std::uint32_t NameAt;
-    std::uint16_t NameLength;
-    bool IsFolder;
-    bool IsLink;
-  };
-
   void ReadMembers() {
     if (mRead) return;
     if (!mReadable) throw FileSystemError(FileError::PermissionDenied, mPath);
-    std::vector<Found> found;
-    ReadNames(found);
-    Order(found);
+    mMembers.Clear();
+    ReadNames();
+    mMembers.Order();
     mRead = true;
   }
 
-  void ReadNames(std::vector<Found>& found) {
+  void ReadNames() {
     alignas(dirent64) static thread_local char buffer[64 * 1024];
     if (lseek(mHandle.Get(), 0, SEEK_SET) != 0) Raise(errno, mPath);
-    mNames.clear();
     for (;;) {
       const auto length = getdents64(mHandle.Get(), buffer, sizeof buffer);
       if (length < 0) Raise(errno, mPath);
@@ -82,13 +71,12 @@ class Listing final : public Folder {
       for (long at = 0; at < length;) {
         const auto* entry = reinterpret_cast<const dirent64*>(buffer + at);
         at += entry->d_reclen;
-        if (!IsDotName(entry->d_name)) Gather(*entry, found);
+        if (!IsDotName(entry->d_name)) Gather(*entry);
       }
-      if (mTick && found.size() > 1000) mTick();
     }
   }
 
-  void Gather(const dirent64& entry, std::vector<Found>& found) {
+  void Gather(const dirent64& entry) {
     unsigned char type = entry.d_type;
     if (type == DT_UNKNOWN) {
       struct stat status {};
@@ -97,43 +85,14 @@ class Listing final : public Folder {
     }
     const bool isLink = type == DT_LNK;
     const auto status = isLink ? FindAt(mHandle.Get(), entry.d_name) : std::nullopt;
-    const std::size_t length = std::strlen(entry.d_name);
-    found.push_back({.NameAt = static_cast<std::uint32_t>(mNames.size()),
-                     .NameLength = static_cast<std::uint16_t>(length),
-                     .IsFolder = isLink ? status && status->IsFolder : type == DT_DIR,
-                     .IsLink = isLink});
-    mNames.append(entry.d_name, length);
-  }
-
-  void Order(const std::vector<Found>& found) {
-    const auto folders =
-        std::count_if(found.begin(), found.end(), [](const Found& member) { return member.IsFolder; });
-    mSubFolders.reserve(folders);
-    mFiles.reserve(found.size() - folders);
-    for (const Found& member : found) {
-      const std::string_view name(mNames.data() + member.NameAt, member.NameLength);
-      (member.IsFolder ? mSubFolders : mFiles).push_back({name, member.IsLink});
-    }
-    Sort(mFiles);
-    Sort(mSubFolders);
-  }
-
-  void Sort(std::vector<Member>& members) {
-    unsigned comparisons = 0;
-    std::sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
-      if ((++comparisons & 0xFFFF) == 0 && mTick) mTick();
-      return OrderOfNames(a.Name, b.Name) < 0;
-    });
+    mMembers.Gather(entry.d_name, isLink ? status && status->IsFolder : type == DT_DIR, isLink);
   }
 
   const std::string mPath;
   const Handle mHandle;
   const bool mReadable;
-  const Tick mTick;
+  MemberList mMembers;
   bool mRead = false;
-  std::string mNames;
-  std::vector<Member> mFiles;
-  std::vector<Member> mSubFolders;
 };
 
 }  // namespace

@@ -1,9 +1,8 @@
 #include "platform/FolderListing_windows.h"
 
-#include <algorithm>
 #include <cstdint>
 
-#include "platform/CaseRules.h"
+#include "platform/MemberList.h"
 
 namespace brackwell::win32 {
 namespace {
@@ -91,7 +90,7 @@ bool IsDotName(std::wstring_view name) { return name == L"." || name == L".."; }
 
 class Listing final : public Folder {
  public:
-  Listing(std::string path, Tick tick) : mPath(std::move(path)), mTick(std::move(tick)) {}
+  Listing(std::string path, Tick tick) : mPath(std::move(path)), mMembers(std::move(tick)) {}
 
   const std::string& Path() const override { return mPath; }
 
@@ -101,12 +100,12 @@ class Listing final : public Folder {
 
   const std::vector<Member>& Files() override {
     ReadMembers();
-    return mFiles;
+    return mMembers.Files();
   }
 
   const std::vector<Member>& SubFolders() override {
     ReadMembers();
-    return mSubFolders;
+    return mMembers.SubFolders();
   }
 
   std::optional<FileStatus> Find(std::string_view name) const override {
@@ -116,72 +115,38 @@ class Listing final : public Folder {
   }
 
  private:
-  /// A member while the names are still being gathered.
-  struct Gathered {
-    std::uint32_t NameAt;
-    std::uint16_t NameLength;
-    bool IsFolder;
-    bool IsLink;
-  };
-
   void ReadMembers() {
     if (mRead) return;
-    std::vector<Gathered> gathered;
-    ReadNames(gathered);
-    Order(gathered);
+    mMembers.Clear();
+    ReadNames();
+    mMembers.Order();
     mRead = true;
   }
 
-  void ReadNames(std::vector<Gathered>& gathered) {
-    mNames.clear();
+  void ReadNames() {
     Search search(NativePath(JoinPath(mPath, "*")));
     if (!search.HasItem()) {
       if (GetLastError() == ERROR_FILE_NOT_FOUND) return;  // an empty root: it has no dot names either
       Raise(GetLastError(), mPath);
     }
     do {
-      if (!IsDotName(search.Item().cFileName)) Gather(search.Item(), gathered);
-      if (mTick && gathered.size() % 1000 == 999) mTick();
+      if (!IsDotName(search.Item().cFileName)) Gather(search.Item());
     } while (search.Next());
     if (GetLastError() != ERROR_NO_MORE_FILES) Raise(GetLastError(), mPath);
   }
 
-  void Gather(const WIN32_FIND_DATAW& item, std::vector<Gathered>& gathered) {
+  void Gather(const WIN32_FIND_DATAW& item) {
     const std::string name = Narrow(item.cFileName);
     const bool isLink = IsLinkTag(item.dwFileAttributes, item.dwReserved0);
     const auto status = isLink ? Find(name) : std::nullopt;
     const bool isFolder =
         isLink ? status && status->IsFolder : (item.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    gathered.push_back({.NameAt = static_cast<std::uint32_t>(mNames.size()),
-                        .NameLength = static_cast<std::uint16_t>(name.size()),
-                        .IsFolder = isFolder,
-                        .IsLink = isLink});
-    mNames += name;
-  }
-
-  void Order(const std::vector<Gathered>& gathered) {
-    for (const Gathered& member : gathered) {
-      const std::string_view name(mNames.data() + member.NameAt, member.NameLength);
-      (member.IsFolder ? mSubFolders : mFiles).push_back({name, member.IsLink});
-    }
-    Sort(mFiles);
-    Sort(mSubFolders);
-  }
-
-  void Sort(std::vector<Member>& members) {
-    unsigned comparisons = 0;
-    std::sort(members.begin(), members.end(), [&](const Member& a, const Member& b) {
-      if ((++comparisons & 0xFFFF) == 0 && mTick) mTick();
-      return OrderOfNames(a.Name, b.Name) < 0;
-    });
+    mMembers.Gather(name, isFolder, isLink);
   }
 
   const std::string mPath;
-  const Tick mTick;
+  MemberList mMembers;
   bool mRead = false;
-  std::string mNames;
-  std::vector<Member> mFiles;
-  std::vector<Member> mSubFolders;
 };
 
 }  // namespace
