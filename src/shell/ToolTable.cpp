@@ -1,5 +1,6 @@
 #include "shell/ToolTable.h"
 
+#include "compare/frmCompare.h"
 #include "shell/EmptyToolWindow.h"
 
 namespace brackwell {
@@ -18,7 +19,7 @@ std::vector<Tool> ToolTable() {
   return {
       {.Key = u"DirCompare"_s,
        .ToolTip = u"Compare directory contents"_s,
-       .Create = Empty(u"frmCompare"_s, u"Directory Comparison"_s)},
+       .Create = [](Services& services) -> ToolWindow* { return new frmCompare(services); }},
       {.Key = u"DirDisplay"_s,
        .ToolTip = u"Display and print folder contents"_s,
        .Create = Empty(u"frmDirDisplay"_s, u"Directory Display"_s)},
