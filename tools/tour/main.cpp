@@ -1,0 +1,192 @@
+// A guided tour: drives the real windows through their work on folders of its own and leaves a picture of each.
+// brackwell_tour <folder for the pictures>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QDir>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "compare/CompareGrid.h"
+#include "compare/frmCompare.h"
+#include "controls/FlexGrid.h"
+#include "controls/uctSelectDir.h"
+#include "shell/ToolTable.h"
+#include "shell/frmMain.h"
+
+namespace {
+
+using namespace brackwell;
+using namespace Qt::StringLiterals;
+namespace fs = std::filesystem;
+
+/// Two folders as somebody might have them: a website and its copy of last week.
+class DemoFolders {
+ public:
+  DemoFolders() {
+    for (const char* side : {"website", "backup"}) {
+      Write(side, "index.html", 4000, 0);
+      Write(side, "contact.html", 2100, 0);
+      Write(side, "images/harbour.jpg", 90000, 0);
+      Write(side, "images/lighthouse.jpg", 120000, 0);
+      Write(side, "styles/page.css", 1800, 0);
+    }
+    Write("website", "index.html", 4200, 5);
+    Write("website", "news.html", 3000, 6);
+    Write("website", "images/summer/beach.jpg", 80000, 6);
+    Write("backup", "styles/print.css", 900, 1);
+    Write("backup", "contact.html", 2000, 2);
+    Write("backup", "old/guestbook.html", 700, 0);
+  }
+
+  QString Path(const char* name) const { return mFolder.filePath(QString::fromLatin1(name)) + u'/'; }
+
+ private:
+  void Write(const char* side, const char* name, std::size_t size, int daysLater) const {
+    const fs::path path = fs::path(mFolder.path().toStdString()) / side / name;
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << std::string(size, '.');
+    const std::chrono::sys_seconds start = std::chrono::sys_days(std::chrono::year(2024) / 5 / 1);
+    fs::last_write_time(path, std::chrono::file_clock::from_sys(start + std::chrono::days(daysLater)));
+  }
+
+  QTemporaryDir mFolder;
+};
+
+class Tour {
+ public:
+  Tour(frmMain& main, QString folder) : mMain(main), mFolder(std::move(folder)) {}
+
+  bool Drive() {
+    Picture(u"main-window"_s, mMain);
+    ShowComparison();
+    ShowDialogs();
+    ShowManyWindows();
+    return mGood;
+  }
+
+ private:
+  void ShowComparison() {
+    Trigger(u"mnuTools_Compare"_s);
+    auto* form = mMain.findChild<frmCompare*>();
+    ShowFolderDialog(*form);
+    form->findChild<uctSelectDir*>(u"uctSelSource"_s)->SetFolder(mDemo.Path("website"));
+    form->findChild<uctSelectDir*>(u"uctSelTarget"_s)->SetFolder(mDemo.Path("backup"));
+    form->findChild<QCheckBox*>(u"chkShowOptions"_s)->click();
+    Picture(u"compare-options"_s, mMain);
+    form->findChild<QPushButton*>(u"cmdCompare"_s)->click();
+    Picture(u"compare-result"_s, mMain);
+    TickAll(*form);
+    Picture(u"compare-ticked"_s, mMain);
+    WithDialog(u"compare-fixed-message"_s, [&] { form->findChild<QPushButton*>(u"cmdFix"_s)->click(); });
+    Picture(u"compare-fixed"_s, mMain);
+  }
+
+  /// Where both sides can be fixed, the newer one wins.
+  void TickAll(frmCompare& form) {
+    CompareGrid& grid = form.Grid();
+    for (int row = 0; row < grid.rowCount(); ++row)
+      if (grid.Rows()[row].Kind == ResultKind::TargetFileNewer || !grid.Toggle(row, CompareGrid::FixTargetColumn))
+        grid.Toggle(row, CompareGrid::FixSourceColumn);
+  }
+
+  void ShowFolderDialog(frmCompare& form) {
+    auto* selector = form.findChild<uctSelectDir*>(u"uctSelSource"_s);
+    selector->SetFolder(mDemo.Path("website"));
+    WithDialog(u"select-folder"_s, [&] { selector->findChild<QPushButton*>(u"cmdSelect"_s)->click(); });
+  }
+
+  void ShowDialogs() {
+    WithDialog(u"options"_s, [this] { Trigger(u"mnuTools_Options"_s); });
+    WithDialog(u"about"_s, [this] { Trigger(u"mnuHelp_About"_s); });
+  }
+
+  void ShowManyWindows() {
+    for (const char* item : {"mnuTools_DirDisplay", "mnuTools_Replace", "mnuTools_RenameImages", "mnuTools_FontDisplay",
+                             "mnuTools_DriveInfo"})
+      Trigger(QString::fromLatin1(item));
+    Trigger(u"mnuWindow_Cascade"_s);
+    Picture(u"windows-cascaded"_s, mMain);
+    Trigger(u"mnuWindow_TileV"_s);
+    Picture(u"windows-tiled-vertically"_s, mMain);
+    Trigger(u"mnuWindow_TileH"_s);
+    Picture(u"windows-tiled-horizontally"_s, mMain);
+    Trigger(u"mnuWindow_CloseAll"_s);
+  }
+
+  void Trigger(const QString& item) {
+    auto* action = mMain.findChild<QAction*>(item);
+    if (action)
+      action->trigger();
+    else
+      Fail(item);
+  }
+
+  /// Runs what opens a modal dialog, takes its picture and dismisses it.
+  template <typename Step>
+  void WithDialog(const QString& name, Step step) {
+    QTimer watch;
+    bool seen = false;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!dialog || seen) return;
+      seen = true;
+      Picture(name, *dialog);
+      if (auto* box = qobject_cast<QMessageBox*>(dialog))
+        box->accept();
+      else
+        dialog->reject();
+    });
+    watch.start(100);
+    step();
+    if (!seen) Fail(name);
+  }
+
+  void Picture(const QString& name, QWidget& window) {
+    for (int i = 0; i < 5; ++i) QApplication::processEvents();
+    const QString file = u"%1/%2-%3.png"_s.arg(mFolder).arg(++mPictures, 2, 10, QChar(u'0')).arg(name);
+    if (window.grab().save(file))
+      std::printf("%s\n", qPrintable(file));
+    else
+      Fail(file);
+  }
+
+  void Fail(const QString& what) {
+    std::fprintf(stderr, "brackwell_tour: could not show %s\n", qPrintable(what));
+    mGood = false;
+  }
+
+  frmMain& mMain;
+  const QString mFolder;
+  const DemoFolders mDemo;
+  int mPictures = 0;
+  bool mGood = true;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2 || !QDir().mkpath(QString::fromLocal8Bit(argv[1]))) {
+    std::fprintf(stderr, "usage: brackwell_tour <folder for the pictures>\n");
+    return 2;
+  }
+  const QTemporaryDir settings;  // the user's own stay as they are
+  qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
+  QApplication application(argc, argv);
+  frmMain main(ToolTable());
+  main.resize(1100, 760);
+  main.show();
+  const bool good = Tour(main, QString::fromLocal8Bit(argv[1])).Drive();
+  main.close();
+  return good ? 0 : 1;
+}
