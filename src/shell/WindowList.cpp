@@ -40,8 +40,9 @@ void WindowList::Update() {
     QMdiSubWindow* window = windows[i];
     QAction* entry = mMenu.addAction(texts[i]);
     entry->setObjectName(u"%1_List%2"_s.arg(mMenu.objectName()).arg(i + 1));
-    entry->setCheckable(true);
-    entry->setChecked(window == mArea.currentSubWindow());
+    const bool active = window == mArea.currentSubWindow();
+    entry->setCheckable(active);  // no empty boxes before the others
+    entry->setChecked(active);
     connect(entry, &QAction::triggered, window, [this, window] { BringForward(mArea, *window); });
     mEntries.append(entry);
   }

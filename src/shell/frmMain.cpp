@@ -197,6 +197,12 @@ void frmMain::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
+void frmMain::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  // Where the windows lie takes its colour once; it has to follow when the desktop turns dark.
+  if (event->type() == QEvent::PaletteChange) mMdiArea->setBackground(palette().brush(QPalette::Dark));
+}
+
 void frmMain::MDIForm_Unload() { mMdiArea->closeAllSubWindows(); }
 
 bool frmMain::CloseBusyWindows() {

@@ -36,6 +36,7 @@ class frmMain : public QMainWindow {
  protected:
   /// A tool that is busy is asked to end its run first; the program then ends by itself.
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   using Click = void (frmMain::*)();

@@ -86,6 +86,7 @@ class frmMainTest : public QObject {
   void ToolTips();
   void ButtonsHaveThePicturesOfTheirKeys();
   void EveryControlHasAName();
+  void ItFollowsADarkPalette();
   void NoToolIsOpenAtStart();
   void MaximisedAtStart_data();
   void MaximisedAtStart();
@@ -205,6 +206,16 @@ void frmMainTest::EveryControlHasAName() {
   QVERIFY(!shell.Main.menuBar()->accessibleName().isEmpty());
   QVERIFY(!shell.Main.findChild<QToolBar*>(u"tlbMain"_s)->accessibleName().isEmpty());
   QVERIFY(!shell.Main.findChild<QMdiArea*>()->accessibleName().isEmpty());
+}
+
+void frmMainTest::ItFollowsADarkPalette() {
+  Shell shell;
+  const QPalette before = QApplication::palette();
+  const QPalette dark(QColor(45, 45, 48));
+  QApplication::setPalette(dark);
+  QCoreApplication::processEvents();
+  QCOMPARE(shell.Main.findChild<QMdiArea*>()->background().color(), dark.color(QPalette::Dark));
+  QApplication::setPalette(before);
 }
 
 void frmMainTest::NoToolIsOpenAtStart() {
