@@ -70,7 +70,9 @@ frmMain::frmMain(std::vector<Tool> tools)
 }
 
 frmMain::~frmMain() {
+  // What they still report on their way out would be asked of an area that is half gone.
   mMdiArea->disconnect(this);
+  for (QMdiSubWindow* frame : mMdiArea->findChildren<QMdiSubWindow*>()) frame->disconnect(this);
   delete mMdiArea;
 }
 
