@@ -12,9 +12,15 @@ class ItemDelegate : public QStyledItemDelegate {
  public:
   explicit ItemDelegate(ListView& list) : QStyledItemDelegate(&list), mList(list) {}
 
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 4);
+  }
+
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
+    // Some styles outline the box in a shade of the window colour, which is lost on a dark list.
+    option->palette.setBrush(QPalette::Window, option->palette.brush(QPalette::Text));
     if (!mList.Checkboxes()) option->features &= ~QStyleOptionViewItem::HasCheckIndicator;
   }
 
