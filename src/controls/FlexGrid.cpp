@@ -18,7 +18,6 @@ class MergedHeader : public QHeaderView {
     setHighlightSections(false);
     setSectionsClickable(false);
     setMinimumSectionSize(8);
-    setTextElideMode(Qt::ElideRight);
     // A column's new width moves the text of the whole run, also over the columns to its left.
     connect(this, &QHeaderView::sectionResized, this, [this] { viewport()->update(); });
   }
@@ -34,6 +33,14 @@ class MergedHeader : public QHeaderView {
     painter->setClipRect(rect, Qt::IntersectClip);
     QHeaderView::paintSection(painter, run, first);
     painter->restore();
+  }
+
+  void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
+    QHeaderView::initStyleOptionForIndex(option, section);
+    const auto [first, last] = RunAround(section);
+    const int width = sectionPosition(last) + sectionSize(last) - sectionPosition(first);
+    const int margins = style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
+    option->text = option->fontMetrics.elidedText(option->text, Qt::ElideRight, width - margins);
   }
 
  private:

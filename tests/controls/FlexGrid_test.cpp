@@ -1,8 +1,10 @@
 #include "controls/FlexGrid.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -128,6 +130,19 @@ class FlexGrid_test : public QObject {
     QVERIFY(clicks.isEmpty());
   }
 
+  void AKeyHeldDownCountsOnce() {
+    Rows rows(5);
+    FlexGrid grid;
+    grid.setModel(&rows);
+    grid.setCurrentIndex(rows.index(2, 2));
+    QSignalSpy clicks(&grid, &FlexGrid::CellClicked);
+    for (const bool isRepeat : {false, true, true}) {
+      QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s, isRepeat);
+      QApplication::sendEvent(&grid, &press);
+    }
+    QCOMPARE(clicks.count(), 1);
+  }
+
   void TabLeavesTheGrid() {
     Rows rows(5);
     QWidget window;
@@ -169,6 +184,19 @@ class FlexGrid_test : public QObject {
     grid.setColumnHidden(0, true);
     grid.setColumnWidth(1, 200);
     QCOMPARE(merged, header(0, 200));
+  }
+
+  void AHeaderTooLongForItsColumnsIsShortened() {
+    QStandardItemModel rows(2, 1);
+    FlexGrid grid;
+    grid.setModel(&rows);
+    grid.setColumnWidth(0, 80);
+    grid.show();
+    const auto header = [&grid, &rows](const QString& text) {
+      rows.setHorizontalHeaderLabels({text});
+      return grid.horizontalHeader()->viewport()->grab().toImage();
+    };
+    QCOMPARE(header(u"Fix "_s + QString(100, u'x')), header(u"Fix "_s + QString(50, u'x')));
   }
 
   void ResizingAColumnRedrawsTheWholeHeader() {
