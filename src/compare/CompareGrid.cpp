@@ -11,13 +11,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString ToText(std::string_view ascii) { return QString::fromLatin1(ascii.data(), static_cast<qsizetype>(ascii.size())); }
+QString ToText(std::string_view ascii) {
+  return QString::fromLatin1(ascii.data(), static_cast<qsizetype>(ascii.size()));
+}
 
 QString SpokenBox(FixBox box) {
   switch (box) {
-    case FixBox::Off: return u"not ticked"_s;
-    case FixBox::On: return u"ticked"_s;
-    case FixBox::None: break;
+    case FixBox::Off:
+      return u"not ticked"_s;
+    case FixBox::On:
+      return u"ticked"_s;
+    case FixBox::None:
+      break;
   }
   return {};
 }
@@ -26,24 +31,38 @@ QString SpokenResult(const CompareRow& row) {
   if (row.IsFixed) return u"fixed"_s;
   switch (row.Kind) {
     case ResultKind::SourceFileMissingInTarget:
-    case ResultKind::SourceFolderMissingInTarget: return u"only in source"_s;
+    case ResultKind::SourceFolderMissingInTarget:
+      return u"only in source"_s;
     case ResultKind::TargetFileMissingInSource:
-    case ResultKind::TargetFolderMissingInSource: return u"only in target"_s;
+    case ResultKind::TargetFolderMissingInSource:
+      return u"only in target"_s;
     case ResultKind::FileSame:
-    case ResultKind::FolderSame: return u"nothing flagged"_s;
-    default: return u"different"_s;
+    case ResultKind::FolderSame:
+      return u"nothing flagged"_s;
+    default:
+      return u"different"_s;
   }
 }
 
 /// What a screen reader says of a cell.
 QString Spoken(const CompareRow& row, int column) {
   switch (column) {
-    case CompareGrid::ItemIconColumn: return IsFile(row.Kind) ? u"file"_s : u"folder"_s;
-    case CompareGrid::ResultIconColumn: return SpokenResult(row);
-    case CompareGrid::FixSourceColumn: return SpokenBox(row.FixSource);
-    case CompareGrid::FixTargetColumn: return SpokenBox(row.FixTarget);
-    default: return {};
+    case CompareGrid::ItemIconColumn:
+      return IsFile(row.Kind) ? u"file"_s : u"folder"_s;
+    case CompareGrid::ResultIconColumn:
+      return SpokenResult(row);
+    case CompareGrid::FixSourceColumn:
+      return SpokenBox(row.FixSource);
+    case CompareGrid::FixTargetColumn:
+      return SpokenBox(row.FixTarget);
+    default:
+      return {};
   }
+}
+
+/// A tool tip takes what looks like markup for markup; names may look so.
+QString AsToolTip(const QString& text) {
+  return text.isEmpty() ? text : u"<span style='white-space: pre'>"_s + text.toHtmlEscaped() + u"</span>"_s;
 }
 
 }  // namespace
@@ -119,7 +138,8 @@ const QIcon* CompareGrid::Picture(const CompareRow& row, int column) const {
     return fix == FixBox::On ? &mPictures.CheckON : &mPictures.CheckOFF;
   };
   switch (column) {
-    case ItemIconColumn: return IsFile(row.Kind) ? &mPictures.File : &mPictures.FolderOpen;
+    case ItemIconColumn:
+      return IsFile(row.Kind) ? &mPictures.File : &mPictures.FolderOpen;
     case ResultIconColumn: {
       const std::string_view key = ResultIcon(row);
       if (key == "ArrowRedR") return &mPictures.ArrowRedR;
@@ -128,9 +148,12 @@ const QIcon* CompareGrid::Picture(const CompareRow& row, int column) const {
       if (key == "ArrowGreenDbl") return &mPictures.ArrowGreenDbl;
       return &mPictures.Checkmark;
     }
-    case FixSourceColumn: return box(row.FixSource);
-    case FixTargetColumn: return box(row.FixTarget);
-    default: return nullptr;
+    case FixSourceColumn:
+      return box(row.FixSource);
+    case FixTargetColumn:
+      return box(row.FixTarget);
+    default:
+      return nullptr;
   }
 }
 
@@ -149,8 +172,10 @@ QVariant CompareGrid::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       if (const QIcon* picture = Picture(row, column)) return *picture;
       return {};
-    case Qt::AccessibleTextRole: return isText ? data(index, Qt::DisplayRole) : Spoken(row, column);
-    default: return {};
+    case Qt::AccessibleTextRole:
+      return isText ? data(index, Qt::DisplayRole) : Spoken(row, column);
+    default:
+      return {};
   }
 }
 

@@ -19,13 +19,20 @@ struct ComparePictures {
   static ComparePictures From(const frmImages& images);
 };
 
-/// The rows of a comparison as its grid shows them. While rows come in, and before any did, an empty row stands at
-/// the end. Rows that were appended show when they are published, many at a time.
+/// The rows of a comparison as its grid shows them. While rows come in, and before any did, an empty row
+/// stands at the end. Rows that were appended show when they are published, many at a time.
 class CompareGrid : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  enum Column { ItemIconColumn, NameColumn, ResultIconColumn, MessageColumn, FixSourceColumn, FixTargetColumn };
+  enum Column {
+    ItemIconColumn,
+    NameColumn,
+    ResultIconColumn,
+    MessageColumn,
+    FixSourceColumn,
+    FixTargetColumn
+  };
   static constexpr int ColumnCount = 6;
 
   explicit CompareGrid(ComparePictures pictures, QObject* parent = nullptr);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 
 #include "common/Busy.h"
@@ -32,6 +33,7 @@ namespace {
 
 const QString Section = u"Compare"_s;
 const QString MessagePanel = u"MESSAGE"_s;
+constexpr int Margin = 8;  // pixels; 120 twips
 constexpr const char* TagProperty = "Tag";
 
 struct OptionText {
@@ -86,15 +88,15 @@ frmCompare::frmCompare(Services& services) : ToolWindow(services) {
   stbCompare = Named(new StatusBar(this), u"stbCompare"_s, u"Status"_s);
   stbCompare->AddPanel(MessagePanel);
 
-  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setContentsMargins(Margin, Margin, 0, 0);
   layout->setSpacing(6);
   layout->addWidget(uctSelSource, 0, 0);
   layout->addWidget(uctSelTarget, 1, 0);
-  layout->addWidget(BuildButtons(), 2, 0);
-  layout->addWidget(fraOptions, 3, 0);
-  layout->addWidget(grdCompare, 4, 0);
-  layout->setRowStretch(4, 1);
-  layout->addWidget(stbCompare, 5, 0);
+  layout->addLayout(BuildButtons(), 2, 0);
+  layout->addWidget(mOptionsPlace, 3, 0);
+  layout->addWidget(grdCompare, 3, 0);
+  layout->setRowStretch(3, 1);
+  layout->addWidget(stbCompare, 4, 0);
 
   ConnectHandlers();
   Form_Load();
@@ -110,29 +112,27 @@ void frmCompare::BuildFolders() {
   uctSelTarget = selector(u"uctSelTarget"_s);
 }
 
-QWidget* frmCompare::BuildButtons() {
-  auto* row = new QWidget(this);
-  cmdCompare = Named(new QPushButton(u"Co&mpare"_s, row), u"cmdCompare"_s, u"Compare"_s);
-  cmdFix = Named(new QPushButton(u"&Fix"_s, row), u"cmdFix"_s, u"Fix"_s);
-  cmdClose = Named(new QPushButton(u"&Close"_s, row), u"cmdClose"_s, u"Close"_s);
-  chkShowOptions = Named(new QCheckBox(u"&Options"_s, row), u"chkShowOptions"_s, u"Options"_s);
+QLayout* frmCompare::BuildButtons() {
+  cmdCompare = Named(new QPushButton(u"Co&mpare"_s, this), u"cmdCompare"_s, u"Compare"_s);
+  cmdFix = Named(new QPushButton(u"&Fix"_s, this), u"cmdFix"_s, u"Fix"_s);
+  cmdClose = Named(new QPushButton(u"&Close"_s, this), u"cmdClose"_s, u"Close"_s);
+  chkShowOptions = Named(new QCheckBox(u"&Options"_s, this), u"chkShowOptions"_s, u"Options"_s);
   QSizePolicy keepsItsPlace = cmdFix->sizePolicy();
   keepsItsPlace.setRetainSizeWhenHidden(true);
   cmdFix->setSizePolicy(keepsItsPlace);
   cmdFix->hide();
 
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(8, 0, 8, 0);
+  auto* layout = new QHBoxLayout;
+  layout->setContentsMargins(0, 0, Margin, 0);
   layout->addWidget(cmdCompare);
   layout->addWidget(cmdFix);
   layout->addWidget(cmdClose);
   layout->addStretch();
   layout->addWidget(chkShowOptions);
-  return row;
+  return layout;
 }
 
 void frmCompare::BuildOptions() {
-  constexpr int Margin = 8;  // 120 twips
   fraOptions = Named(new QGroupBox(u"Directory Comparison Options"_s, this), u"fraOptions"_s,
                      u"Directory Comparison Options"_s);
   auto* layout = new QGridLayout(fraOptions);
@@ -150,7 +150,8 @@ void frmCompare::BuildOptions() {
   chkSubfolders->setChecked(true);
   layout->addWidget(chkSubfolders, OptionCount, 0, 1, 2);
 
-  const auto filter = [&](int row, QLabel*& heading, QLineEdit*& box, const QString& name, const QString& caption) {
+  const auto filter = [&](int row, QLabel*& heading, QLineEdit*& box, const QString& name,
+                          const QString& caption) {
     heading = Named(new QLabel(caption, fraOptions), u"hdg"_s + name, caption);
     box = Named(new QLineEdit(fraOptions), u"txt"_s + name, caption);
     box->setToolTip(u"Separate several with \";\""_s);
@@ -159,9 +160,17 @@ void frmCompare::BuildOptions() {
     layout->addWidget(heading, row, 0);
     layout->addWidget(box, row, 1);
   };
-  filter(OptionCount + 1, hdgExtensions, txtExtensions, u"Extensions"_s, u"Exclude files with extension(s)"_s);
+  filter(OptionCount + 1, hdgExtensions, txtExtensions, u"Extensions"_s,
+         u"Exclude files with extension(s)"_s);
   filter(OptionCount + 2, hdgPrefix, txtPrefix, u"Prefix"_s, u"Exclude files/folders that begin with:"_s);
   layout->setColumnStretch(1, 1);
+  layout->setRowStretch(OptionCount + 3, 1);
+
+  mOptionsPlace = new QScrollArea(this);
+  mOptionsPlace->setWidgetResizable(true);
+  mOptionsPlace->setFrameShape(QFrame::NoFrame);
+  mOptionsPlace->setWidget(fraOptions);
+  mOptionsPlace->hide();
   fraOptions->hide();
 }
 
@@ -169,6 +178,7 @@ void frmCompare::BuildGrid() {
   mGrid = new CompareGrid(ComparePictures::From(mServices.Images), this);
   grdCompare = Named(new FlexGrid(this), u"grdCompare"_s, u"Comparison results"_s);
   grdCompare->setModel(mGrid);
+  grdCompare->SetColumnElide(CompareGrid::NameColumn, Qt::ElideMiddle);
 }
 
 void frmCompare::ConnectHandlers() {
@@ -179,8 +189,10 @@ void frmCompare::ConnectHandlers() {
   connect(chkSubfolders, &QCheckBox::clicked, this, &frmCompare::chkSubfolders_Click);
   for (int i = 0; i < OptionCount; ++i)
     connect(chkOption[i], &QCheckBox::clicked, this, [this, i] { chkOption_Click(i); });
-  connect(txtExtensions, &QLineEdit::textEdited, this, [](const QString& text) { SaveSetting(Section, u"Extensions"_s, text); });
-  connect(txtPrefix, &QLineEdit::textEdited, this, [](const QString& text) { SaveSetting(Section, u"Prefix"_s, text); });
+  connect(txtExtensions, &QLineEdit::textEdited, this,
+          [](const QString& text) { SaveSetting(Section, u"Extensions"_s, text); });
+  connect(txtPrefix, &QLineEdit::textEdited, this,
+          [](const QString& text) { SaveSetting(Section, u"Prefix"_s, text); });
   connect(grdCompare, &FlexGrid::CellClicked, this, &frmCompare::grdCompare_Click);
 
   auto* stop = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
@@ -242,6 +254,7 @@ bool frmCompare::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmCompare::chkShowOptions_Click() {
+  mOptionsPlace->setVisible(chkShowOptions->isChecked());
   fraOptions->setVisible(chkShowOptions->isChecked());
   grdCompare->setVisible(!chkShowOptions->isChecked());
 }
@@ -262,16 +275,19 @@ void frmCompare::cmdCompare_Click() {
     failure = RunComparison();
   } while (mCompareAgain && !CloseAsked());
   if (failure && !CloseAsked())
-    MsgBox(this, ToShownText(failure->Description()) + u"\n"_s + ToShownText(failure->Path()), MsgIcon::Critical,
-           windowTitle());
+    MsgBox(this, ToShownText(failure->Description()) + u"\n"_s + ToShownText(failure->Path()),
+           MsgIcon::Critical, windowTitle());
 }
 
 bool frmCompare::CheckFolders() {
-  return CheckFolder(*uctSelSource, u"Please select the source folder."_s, u"The source folder does not exist."_s) &&
-         CheckFolder(*uctSelTarget, u"Please select the target folder."_s, u"The target folder does not exist."_s);
+  return CheckFolder(*uctSelSource, u"Please select the source folder."_s,
+                     u"The source folder does not exist."_s) &&
+         CheckFolder(*uctSelTarget, u"Please select the target folder."_s,
+                     u"The target folder does not exist."_s);
 }
 
-bool frmCompare::CheckFolder(const uctSelectDir& selector, const QString& nonePicked, const QString& notThere) {
+bool frmCompare::CheckFolder(const uctSelectDir& selector, const QString& nonePicked,
+                             const QString& notThere) {
   if (selector.Folder().isEmpty()) {
     MsgBox(this, nonePicked, MsgIcon::Exclamation, windowTitle());
     return false;
@@ -328,9 +344,9 @@ bool frmCompare::WalkBothTrees() {
   const CompareOptions options = ReadOptions();
   progress.Message("Checking " + options.SourceRoot);
   progress.DoEvents();
-  return CompareEngine(mServices.Files, options, progress, [this](CompareRow row) {
-           mGrid->AddCompareRow(std::move(row));
-         }).RunComparison();
+  return CompareEngine(mServices.Files, options, progress,
+                       [this](CompareRow row) { mGrid->AddCompareRow(std::move(row)); })
+      .RunComparison();
 }
 
 void frmCompare::grdCompare_Click(int row, int column) {
@@ -373,8 +389,8 @@ void frmCompare::FixSelected() {
 
 void frmCompare::TellProblem(const CompareRow& row, const FileSystemError& error) {
   MsgBox(this,
-         u"There was a problem fixing "_s + (IsFile(row.Kind) ? u"file "_s : u"folder "_s) + ToShownText(row.Name) +
-             u"\nError: "_s + QString::number(error.Number()) + u"\nDescription: "_s +
+         u"There was a problem fixing "_s + (IsFile(row.Kind) ? u"file "_s : u"folder "_s) +
+             ToShownText(row.Name) + u"\nError: "_s + QString::number(error.Number()) + u"\nDescription: "_s +
              QString::fromStdString(error.Description()),
          MsgIcon::Exclamation, windowTitle());
 }

@@ -9,8 +9,10 @@
 class QCheckBox;
 class QGroupBox;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
+class QScrollArea;
 
 namespace brackwell {
 
@@ -29,6 +31,9 @@ class frmCompare : public ToolWindow {
   void Form_Activate() override;
   void Form_Deactivate() override;
 
+  /// Large enough for the texts of the grid and for all options.
+  QSize sizeHint() const override { return {1000, 600}; }
+
   /// The rows behind grdCompare.
   CompareGrid& Grid() const { return *mGrid; }
 
@@ -41,7 +46,7 @@ class frmCompare : public ToolWindow {
   static constexpr int OptionCount = 7;
 
   void BuildFolders();
-  QWidget* BuildButtons();
+  QLayout* BuildButtons();
   void BuildOptions();
   void BuildGrid();
   void ConnectHandlers();
@@ -74,6 +79,7 @@ class frmCompare : public ToolWindow {
   QPushButton* cmdFix;
   QPushButton* cmdClose;
   QCheckBox* chkShowOptions;
+  QScrollArea* mOptionsPlace;  // so that a small window can still reach every option
   QGroupBox* fraOptions;
   std::array<QCheckBox*, OptionCount> chkOption;
   QCheckBox* chkSubfolders;
