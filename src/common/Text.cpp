@@ -1,5 +1,7 @@
 #include "common/Text.h"
 
+#include <utf8proc.h>
+
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
@@ -40,6 +42,28 @@ std::vector<std::string> SplitList(std::string_view tidyList) {
     if (end == std::string_view::npos) return items;
     begin = end + 1;
   }
+}
+
+std::string ShownText(std::string_view native) {
+  constexpr utf8proc_int32_t FirstControlPicture = 0x2400;
+  constexpr utf8proc_int32_t PictureOfDelete = 0x2421;
+  constexpr utf8proc_int32_t Replacement = 0xFFFD;
+  const auto isPlain = [](char c) { return c >= 0x20 && c < 0x7F; };
+  if (std::ranges::all_of(native, isPlain)) return std::string(native);
+
+  std::string shown;
+  for (std::size_t at = 0; at < native.size();) {
+    utf8proc_int32_t code = 0;
+    const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(native.data() + at),
+                                         static_cast<utf8proc_ssize_t>(native.size() - at), &code);
+    at += length > 0 ? static_cast<std::size_t>(length) : 1;
+    if (length <= 0) code = Replacement;
+    if (code < 0x20) code += FirstControlPicture;
+    if (code == 0x7F) code = PictureOfDelete;
+    utf8proc_uint8_t bytes[4];
+    shown.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(utf8proc_encode_char(code, bytes)));
+  }
+  return shown;
 }
 
 std::string ReplaceRoot(std::string_view path, std::string_view from, std::string_view to) {

@@ -24,6 +24,10 @@ std::string TidyList(std::string_view text);
 /// The items between the semicolons of a tidy list, empty ones included; an empty text has none.
 std::vector<std::string> SplitList(std::string_view tidyList);
 
+/// A native path or name as it is shown: what is no valid text as U+FFFD, control characters (a line break in a name,
+/// say) by their pictures, so that every name stays on one line and none looks like another.
+std::string ShownText(std::string_view native);
+
 /// `path` with `from` at its front replaced by `to`. A path that does not begin with `from` stays as it is.
 std::string ReplaceRoot(std::string_view path, std::string_view from, std::string_view to);
 

@@ -45,6 +45,16 @@ TEST(SplitList, KeepsEmptyItemsBetweenSemicolons) {
   EXPECT_EQ(SplitList(""), List{});
 }
 
+TEST(ShownText, KeepsTextAsItIs) {
+  EXPECT_EQ(ShownText("a <b> & \"c\" \xc3\xa4"), "a <b> & \"c\" \xc3\xa4");
+  EXPECT_EQ(ShownText(""), "");
+}
+
+TEST(ShownText, ShowsWhatIsNoTextAndWhatWouldBreakTheLine) {
+  EXPECT_EQ(ShownText("caf\xe9!"), "caf\xef\xbf\xbd!");
+  EXPECT_EQ(ShownText("a\nb\tc\x7f"), "a\u240ab\u2409c\u2421");
+}
+
 TEST(ReplaceRoot, TouchesTheFrontOnly) {
   EXPECT_EQ(ReplaceRoot("/a/x/a/", "/a/", "/b/"), "/b/x/a/");
   EXPECT_EQ(ReplaceRoot("/x/y", "/", "/copy/"), "/copy/x/y");
