@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -53,21 +52,28 @@ struct Target {
 };
 
 std::string ResolveLink(const Location& location, const std::string& path) {
-  const std::unique_ptr<char, decltype(&std::free)> resolved(
-      location.Folder() == AT_FDCWD ? realpath(location.Name(), nullptr) : nullptr, &std::free);
-  if (!resolved) throw FileSystemError(FileError::PathFileAccess, path);
-  return resolved.get();
+  char text[PATH_MAX];
+  const auto length = readlinkat(location.Folder(), location.Name(), text, sizeof text);
+  if (length < 0) Raise(errno, path);
+  const std::string_view leadsTo(text, static_cast<std::size_t>(length));
+  return leadsTo.starts_with('/') ? std::string(leadsTo) : JoinPath(ParentPath(path), leadsTo);
 }
 
 Target FindTarget(const std::string& path) {
-  const Location location(path);
-  struct stat status {};
-  if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-    if (errno != ENOENT) Raise(errno, path);
-    return {path, std::nullopt};
+  constexpr int MostLinks = 40;  // in one chain, as for the system itself
+  std::string at = path;
+  for (int links = 0; links <= MostLinks; ++links) {
+    const Location location(at);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+      if (links > 0 && ErrorOf(errno) == FileError::PathNotFound) break;
+      if (errno != ENOENT) Raise(errno, path);
+      return {at, std::nullopt};
+    }
+    if (!S_ISLNK(status.st_mode)) return {at, status};
+    at = ResolveLink(location, at);
   }
-  if (!S_ISLNK(status.st_mode)) return {path, status};
-  return FindTarget(ResolveLink(location, path));
+  throw FileSystemError(FileError::PathFileAccess, path);
 }
 
 /// A rename would get past a file's own protection, so it is asked for here. An administrator is let through

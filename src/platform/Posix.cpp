@@ -42,6 +42,8 @@ Location::Location(const std::string& path) : mBase(AT_FDCWD), mName(path.c_str(
 FileError ErrorOf(int code, FileError missing) {
   switch (code) {
     case ENOENT:
+    case ELOOP:
+    case ENAMETOOLONG:  // nothing can be there
       return missing;
     case ENOTDIR:
       return FileError::PathNotFound;
