@@ -16,9 +16,14 @@ class FolderCopy {
       : mFiles(files), mRoot(std::move(root)), mOverwrite(overwrite), mTick(tick) {}
 
   void Copy(const std::string& source, const std::string& target) {
+    // Listed first: nothing is made for a folder that cannot be read.
+    auto folder = mFiles.GetFolder(source, mTick);
+    const std::vector<SubFolder> subFolders = SubFoldersOf(*folder);
     const bool made = !mFiles.FolderExists(target);
     if (made) mFiles.CreateFolder(target);
-    for (const auto& [name, isLink] : CopyFilesOf(source, target))
+    CopyFilesOf(*folder, source, target);
+    folder.reset();  // its handle, before descending
+    for (const auto& [name, isLink] : subFolders)
       Try([&, &name = name, isLink = isLink] {
         CopySubFolder(JoinPath(source, name), JoinPath(target, name), isLink);
       });
@@ -35,17 +40,18 @@ class FolderCopy {
     bool IsLink;
   };
 
-  /// Gives what is to be descended into once the folder's handle is closed.
-  std::vector<SubFolder> CopyFilesOf(const std::string& source, const std::string& target) {
-    const auto folder = mFiles.GetFolder(source, mTick);
-    for (const Member& file : folder->Files()) {
+  static std::vector<SubFolder> SubFoldersOf(Folder& folder) {
+    std::vector<SubFolder> subFolders;
+    for (const Member& member : folder.SubFolders())
+      subFolders.push_back({std::string(member.Name), member.IsLink});
+    return subFolders;
+  }
+
+  void CopyFilesOf(Folder& folder, const std::string& source, const std::string& target) {
+    for (const Member& file : folder.Files()) {
       CallTick(mTick);
       Try([&] { CopyOneFile(JoinPath(source, file.Name), JoinPath(target, file.Name), file.IsLink); });
     }
-    std::vector<SubFolder> subFolders;
-    for (const Member& member : folder->SubFolders())
-      subFolders.push_back({std::string(member.Name), member.IsLink});
-    return subFolders;
   }
 
   void CopyOneFile(const std::string& source, const std::string& target, bool isLink) {
@@ -59,10 +65,11 @@ class FolderCopy {
 
   void CopySubFolder(const std::string& source, const std::string& target, bool isLink) {
     CallTick(mTick);
-    if (isLink && LeadsBack(mFiles, mRoot, source))
-      mFiles.CopyLink(source, target);
-    else
-      Copy(source, target);
+    if (isLink && LeadsBack(mFiles, mRoot, source)) return mFiles.CopyLink(source, target);
+    // What the copy itself lies in would grow while it is copied, without end.
+    if (isLink && mFiles.LiesWithin(std::string(ParentPath(target)), source))
+      throw FileSystemError(FileError::PathFileAccess, source);
+    Copy(source, target);
   }
 
   template <typename Step>
