@@ -22,7 +22,6 @@ void MarkAsBeingWritten(const Handle& file) { flock(file.Get(), LOCK_EX | LOCK_N
 PendingFile::PendingFile(Handle folder, std::string name, std::string path)
     : mFolder(std::move(folder)), mName(std::move(name)), mPath(std::move(path)) {
   if (!OpenUnnamed()) OpenNamed();
-  MarkAsBeingWritten(mFile);
 }
 
 PendingFile::~PendingFile() {
@@ -33,7 +32,10 @@ bool PendingFile::OpenUnnamed() {
   static const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0;
   if (!canBeNamedLater) return false;
   mFile = Handle(openat(mFolder.Get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-  if (mFile.IsOpen()) return true;
+  if (mFile.IsOpen()) {
+    MarkAsBeingWritten(mFile);
+    return true;
+  }
   if (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL || errno == ENOENT) return false;
   RaiseLast();
 }
@@ -44,6 +46,8 @@ void PendingFile::OpenNamed() {
     mFile = Handle(
         openat(mFolder.Get(), neighbour.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (mFile.IsOpen()) {
+      MarkAsBeingWritten(mFile);
+      if (!IsAt(neighbour, mFile)) continue;  // taken for a leftover before it was marked
       mNeighbour = std::move(neighbour);
       return;
     }
@@ -105,10 +109,17 @@ bool PendingFile::RemoveLeftover(const std::string& neighbour) const {
       openat(mFolder.Get(), neighbour.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (!found.IsOpen()) return errno == ENOENT;
   struct stat status {};
-  if (fstat(found.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != geteuid())
-    return false;
+  if (fstat(found.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
   if (flock(found.Get(), LOCK_EX | LOCK_NB) != 0) return false;
+  if (!IsAt(neighbour, found)) return true;  // gone meanwhile; the name may be another writer's by now
   return unlinkat(mFolder.Get(), neighbour.c_str(), 0) == 0;
+}
+
+bool PendingFile::IsAt(const std::string& neighbour, const Handle& file) const {
+  struct stat named {};
+  struct stat open {};
+  return fstatat(mFolder.Get(), neighbour.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+         fstat(file.Get(), &open) == 0 && named.st_dev == open.st_dev && named.st_ino == open.st_ino;
 }
 
 void PendingFile::RaiseLast() const { Raise(errno, mPath); }

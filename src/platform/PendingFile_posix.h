@@ -28,6 +28,7 @@ class PendingFile {
   void GiveNeighbourName();
   std::string NeighbourName(int number) const;
   bool RemoveLeftover(const std::string& neighbour) const;
+  bool IsAt(const std::string& neighbour, const Handle& file) const;
   [[noreturn]] void RaiseLast() const;
 
   Handle mFolder;
