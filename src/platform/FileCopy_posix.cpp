@@ -76,18 +76,14 @@ Target FindTarget(const std::string& path) {
   throw FileSystemError(FileError::PathFileAccess, path);
 }
 
-/// A rename would get past a file's own protection, so it is asked for here. An administrator is let through
-/// by the system; the missing write bits still say that somebody wants the file kept.
-void CheckReplaceable(const Target& target, const struct stat& source, bool overwrite) {
+void CheckTarget(const Target& target, const struct stat& source, bool overwrite) {
   if (!target.Existing) return;
   const struct stat& existing = *target.Existing;
   if (S_ISDIR(existing.st_mode)) throw FileSystemError(FileError::PermissionDenied, target.Path);
   if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, target.Path);
-  if (!S_ISREG(existing.st_mode)) throw FileSystemError(FileError::PathFileAccess, target.Path);
   const bool same = existing.st_dev == source.st_dev && existing.st_ino == source.st_ino;
-  if (same || (existing.st_mode & 0222) == 0) throw FileSystemError(FileError::PermissionDenied, target.Path);
-  const Location location(target.Path);
-  if (faccessat(location.Folder(), location.Name(), W_OK, AT_EACCESS) != 0) Raise(errno, target.Path);
+  if (same) throw FileSystemError(FileError::PermissionDenied, target.Path);
+  CheckReplaceable(existing, target.Path);
 }
 
 /// One stretch of content, by the kernel where it can. Gives how far it came: the file may have become
@@ -181,7 +177,7 @@ void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, b
                  const Tick& tick) {
   const Source source = OpenSource(sourcePath);
   const Target target = FindTarget(targetPath);
-  CheckReplaceable(target, source.Status, overwrite);
+  CheckTarget(target, source.Status, overwrite);
   const std::string_view folder = ParentPath(target.Path);
   PendingFile pending(OpenFolder(folder.empty() ? "." : std::string(folder)),
                       std::string(FileName(target.Path)), target.Path);

@@ -223,8 +223,8 @@ class PosixFileSystem final : public FileSystemObject {
     struct stat status {};
     if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
       if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
-      if (S_ISDIR(status.st_mode) || (status.st_mode & 0222) == 0)
-        throw FileSystemError(FileError::PermissionDenied, path);
+      if (S_ISDIR(status.st_mode)) throw FileSystemError(FileError::PermissionDenied, path);
+      if (!S_ISLNK(status.st_mode)) posix::CheckReplaceable(status, path);
     }
     return std::make_unique<FileWriter>(path, overwrite);
   }

@@ -78,6 +78,13 @@ void Raise(int code, const std::string& path, FileError missing) {
   throw FileSystemError(ErrorOf(code, missing), path);
 }
 
+void CheckReplaceable(const struct stat& existing, const std::string& path) {
+  if (!S_ISREG(existing.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
+  if ((existing.st_mode & 0222) == 0) throw FileSystemError(FileError::PermissionDenied, path);
+  const Location location(path);
+  if (faccessat(location.Folder(), location.Name(), W_OK, AT_EACCESS) != 0) Raise(errno, path);
+}
+
 Handle OpenFolder(const std::string& path) {
   const Location location(path);
   Handle folder(openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));

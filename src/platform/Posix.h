@@ -46,6 +46,11 @@ class Location {
 FileError ErrorOf(int code, FileError missing = FileError::PathNotFound);
 [[noreturn]] void Raise(int code, const std::string& path, FileError missing = FileError::PathNotFound);
 
+/// Raises where the file `path`, with the status `existing`, may not be replaced. A rename would get past a
+/// file's own protection. An administrator is let through by the system; missing write bits still say that
+/// somebody wants the file kept.
+void CheckReplaceable(const struct stat& existing, const std::string& path);
+
 /// Opens a folder to look members up in it; raises.
 Handle OpenFolder(const std::string& path);
 
