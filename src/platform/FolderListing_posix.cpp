@@ -25,13 +25,24 @@ bool IsDotName(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
+bool IsLink(const std::string& path) {
+  const Location location(path);
+  struct stat status {};
+  return fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+         S_ISLNK(status.st_mode);
+}
+
 class Listing final : public Folder {
  public:
   Listing(std::string path, Handle handle, bool readable, Tick tick)
       : mPath(std::move(path)), mHandle(std::move(handle)), mReadable(readable), mMembers(std::move(tick)) {}
 
   const std::string& Path() const override { return mPath; }
-  ItemProperties Properties() const override { return PropertiesAt(mHandle.Get(), "", mPath); }
+  ItemProperties Properties() const override {
+    ItemProperties properties = PropertiesAt(mHandle.Get(), "", mPath);
+    if (IsLink(properties.Path)) properties.Attributes |= Attribute::Alias;
+    return properties;
+  }
 
   const std::vector<Member>& Files() override {
     ReadMembers();
