@@ -34,9 +34,9 @@ class FileReader final : public TextReader {
 
   std::string ReadAll() override {
     std::string content;
-    struct stat status {};
-    if (fstat(mFile.Get(), &status) == 0) content.reserve(static_cast<std::size_t>(status.st_size));
     constexpr std::size_t Step = 1 << 20;
+    struct stat status {};
+    if (fstat(mFile.Get(), &status) == 0) content.reserve(static_cast<std::size_t>(status.st_size) + Step);
     for (;;) {
       const std::size_t before = content.size();
       content.resize(before + Step);
@@ -135,7 +135,11 @@ class PosixFileSystem final : public FileSystemObject {
 
   std::string Drive(const std::string& path) const override {
     char resolved[PATH_MAX];
-    if (!realpath(path.c_str(), resolved)) return "/";
+    std::string nearest = path;  // that is there and not too deep to be resolved
+    while (!realpath(nearest.c_str(), resolved)) {
+      if (nearest.empty()) return "/";
+      nearest = ParentPath(nearest);
+    }
     std::string drive(resolved);
     struct stat status {};
     if (lstat(resolved, &status) != 0) return "/";
@@ -177,7 +181,10 @@ class PosixFileSystem final : public FileSystemObject {
     } else {
       Raise(errno, target);
     }
-    if (unlinkat(from.Folder(), from.Name(), 0) != 0) Raise(errno, source);
+    if (unlinkat(from.Folder(), from.Name(), 0) == 0) return;
+    const int error = errno;
+    unlinkat(to.Folder(), to.Name(), 0);  // a file that stays is not moved
+    Raise(error, source);
   }
 
   void CreateFolder(const std::string& path) override {
