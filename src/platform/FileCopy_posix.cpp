@@ -17,7 +17,7 @@
 namespace brackwell::posix {
 namespace {
 
-constexpr std::size_t KernelChunk = 16 << 20;  // bytes between two ticks when the kernel copies
+constexpr std::size_t KernelChunk = 1 << 20;   // bytes between two ticks when the kernel copies
 constexpr std::size_t BufferSize = 256 << 10;  // bytes, when we do
 
 void CallTick(const Tick& tick) {
