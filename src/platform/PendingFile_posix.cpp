@@ -14,8 +14,11 @@ namespace {
 
 constexpr int NeighbourNumbers = 16;  // as many writers of one target at a time as anybody can have
 
-/// The lock tells a file that is being written from one that a killed program left.
-void MarkAsBeingWritten(const Handle& file) { flock(file.Get(), LOCK_EX | LOCK_NB); }
+/// The lock tells a file that is being written from one that a killed program left. False where somebody who
+/// takes it for such a leftover has been faster; file systems without locks are put up with.
+bool MarkAsBeingWritten(const Handle& file) {
+  return flock(file.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
 
 }  // namespace
 
@@ -46,8 +49,7 @@ void PendingFile::OpenNamed() {
     mFile = Handle(
         openat(mFolder.Get(), neighbour.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (mFile.IsOpen()) {
-      MarkAsBeingWritten(mFile);
-      if (!IsAt(neighbour, mFile)) continue;  // taken for a leftover before it was marked
+      if (!MarkAsBeingWritten(mFile) || !IsAt(neighbour, mFile)) continue;
       mNeighbour = std::move(neighbour);
       return;
     }
