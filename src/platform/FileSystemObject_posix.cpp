@@ -136,7 +136,7 @@ class PosixFileSystem final : public FileSystemObject {
   std::string Drive(const std::string& path) const override {
     char resolved[PATH_MAX];
     std::string nearest = path;  // that is there and not too deep to be resolved
-    while (!realpath(nearest.c_str(), resolved)) {
+    while (nearest.size() >= PATH_MAX || !realpath(nearest.c_str(), resolved)) {
       if (nearest.empty()) return "/";
       nearest = ParentPath(nearest);
     }
