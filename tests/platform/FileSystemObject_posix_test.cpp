@@ -1,0 +1,405 @@
+#include "platform/FileSystemObject.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "platform/CaseRules.h"
+#include "support/Child_posix.h"
+#include "support/ErrorNumber.h"
+#include "support/TempTree.h"
+
+// What is there on POSIX only: names of any bytes, links, pipes and devices, modes.
+
+namespace brackwell {
+namespace {
+
+using Names = std::vector<std::string>;
+
+Names NamesOf(const std::vector<Member>& members) {
+  Names names;
+  for (const Member& member : members) names.emplace_back(member.Name);
+  return names;
+}
+
+class PosixTest : public testing::Test {
+ protected:
+  PosixTest() { chmod(mTree.Path().c_str(), 0777); }
+
+  void Mode(const std::string& name, mode_t mode) { ASSERT_EQ(chmod(mTree.Path(name).c_str(), mode), 0); }
+  void Link(const std::string& text, const std::string& name) {
+    ASSERT_EQ(symlink(text.c_str(), mTree.Path(name).c_str()), 0);
+  }
+  Names FilesIn(const std::string& name = {}) {
+    return NamesOf(mFiles->GetFolder(mTree.Path(name))->Files());
+  }
+  Names FoldersIn(const std::string& name = {}) {
+    return NamesOf(mFiles->GetFolder(mTree.Path(name))->SubFolders());
+  }
+  unsigned AttributesOf(const std::string& name) { return mFiles->GetFile(mTree.Path(name)).Attributes; }
+  int MoveError(const std::string& source, const std::string& target) {
+    return ErrorNumber([&] { mFiles->MoveFile(mTree.Path(source), mTree.Path(target)); });
+  }
+  bool IsLinkAt(const std::string& name) {
+    struct stat status {};
+    return lstat(mTree.Path(name).c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+  }
+  /// What `step` gives where the user has no more rights than any other.
+  static int AsOrdinaryUser(const std::function<int()>& step) {
+    return InChild([&] {
+      BecomeOrdinaryUser();
+      return step();
+    });
+  }
+
+  TempTree mTree;
+  const std::unique_ptr<FileSystemObject> mFiles = CreateFileSystemObject();
+};
+
+using OddNames = PosixTest;
+using Links = PosixTest;
+using SpecialFiles = PosixTest;
+using Rights = PosixTest;
+using BigFolders = PosixTest;
+using Moving = PosixTest;
+using TextStreams = PosixTest;
+using Properties = PosixTest;
+
+// --- Names
+
+TEST_F(OddNames, AreTakenByteByByte) {
+  const Names odd = {"\xff\xfe.txt", "new\nline",  "\"quotes\" 'and more'",
+                     "<&>.txt",      " around ",   "tab\tbed",
+                     "back\\slash",  "*?[a-z]{b}", "-rf",
+                     "$(id)",        "%41"};
+  for (const std::string& name : odd) {
+    TempTree tree;
+    tree.File(name, "text");
+    const auto folder = mFiles->GetFolder(tree.Path());
+    ASSERT_EQ(NamesOf(folder->Files()), Names{name});
+    EXPECT_TRUE(folder->Find(name));
+    EXPECT_EQ(mFiles->GetFile(tree.Path(name)).Name, name);
+    EXPECT_FALSE(mFiles->Type(tree.Path(name)).empty());
+    mFiles->CopyFile(tree.Path(name), tree.Path(name + "2"), false);
+    mFiles->MoveFile(tree.Path(name + "2"), tree.Path(name + "3"));
+    EXPECT_EQ(mFiles->OpenTextFile(tree.Path(name + "3"))->ReadAll(), "text");
+    mFiles->CreateFolder(tree.Path(name + "4"));
+    EXPECT_EQ(NamesOf(mFiles->GetFolder(tree.Path())->SubFolders()), Names{name + "4"});
+  }
+}
+
+TEST_F(OddNames, ThatDifferInCaseOnlyAreOrderedByTheirBytes) {
+  for (const char* name : {"b", "a.TXT", "B", "A.txt", "a.txt", "A.TXT", "\xff", "\xfe"}) mTree.File(name);
+  EXPECT_EQ(FilesIn(), (Names{"A.TXT", "A.txt", "a.TXT", "a.txt", "B", "b", "\xfe", "\xff"}));
+}
+
+TEST_F(OddNames, ThatAreTooLongAreNotThere) {
+  const std::string longest(255, 'n');
+  mTree.File(longest, "text");
+  EXPECT_TRUE(mFiles->FileExists(mTree.Path(longest)));
+  EXPECT_EQ(FilesIn(), Names{longest});
+  EXPECT_TRUE(mFiles->GetFolder(mTree.Path())->Find(longest));
+  const std::string tooLong = mTree.Path(longest + "n");
+  EXPECT_FALSE(mFiles->FileExists(tooLong));
+  EXPECT_EQ(ErrorNumber([&] { mFiles->GetFile(tooLong); }), 53);
+  EXPECT_EQ(ErrorNumber([&] { mFiles->GetFolder(tooLong); }), 76);
+  EXPECT_EQ(ErrorNumber([&] { mFiles->CreateFolder(tooLong); }), 76);
+}
+
+// --- Links
+
+TEST_F(Links, AreWhatTheyLeadTo) {
+  mTree.File("folder/file.txt", "12345", 70);
+  Link("folder", "to folder");
+  Link("to folder/file.txt", "to file");
+  const auto folder = mFiles->GetFolder(mTree.Path());
+  ASSERT_EQ(NamesOf(folder->Files()), Names{"to file"});
+  EXPECT_EQ(NamesOf(folder->SubFolders()), (Names{"folder", "to folder"}));
+  EXPECT_TRUE(folder->Files()[0].IsLink);
+  EXPECT_FALSE(folder->SubFolders()[0].IsLink);
+  EXPECT_TRUE(folder->SubFolders()[1].IsLink);
+  EXPECT_TRUE(folder->Find("to folder")->IsFolder);
+  EXPECT_EQ(folder->Find("to file")->Size, 5u);
+  EXPECT_EQ(folder->Find("to file")->DateLastModified, TempTree::Time(70));
+  EXPECT_TRUE(mFiles->FileExists(mTree.Path("to file")));
+  EXPECT_TRUE(mFiles->FolderExists(mTree.Path("to folder")));
+  EXPECT_EQ(FilesIn("to folder"), Names{"file.txt"});
+}
+
+TEST_F(Links, HaveTheAliasAttributeAndThePropertiesOfWhatTheyLeadTo) {
+  mTree.File("folder/file.txt", "12345", 70);
+  mTree.SetModified("folder", 80);
+  Link("folder", "to folder");
+  Link("folder/file.txt", "to file");
+  const ItemProperties file = mFiles->GetFile(mTree.Path("to file"));
+  EXPECT_EQ(file.Attributes, Attribute::Alias);
+  EXPECT_EQ(file.Size, 5u);
+  EXPECT_EQ(file.DateLastModified, TempTree::Time(70));
+  const ItemProperties folder = mFiles->GetFolder(mTree.Root("to folder"))->Properties();
+  EXPECT_EQ(folder.Attributes, Attribute::Alias | Attribute::Directory);
+  EXPECT_EQ(folder.Name, "to folder");
+  EXPECT_EQ(folder.DateLastModified, TempTree::Time(80));
+}
+
+TEST_F(Links, ThatLeadNowhereAreFiles) {
+  Link("none", "dangling");
+  Link("circle", "circle");
+  const auto folder = mFiles->GetFolder(mTree.Path());
+  EXPECT_EQ(NamesOf(folder->Files()), (Names{"circle", "dangling"}));
+  EXPECT_TRUE(folder->SubFolders().empty());
+  for (const char* name : {"dangling", "circle"}) {
+    EXPECT_TRUE(mFiles->FileExists(mTree.Path(name))) << name;
+    EXPECT_FALSE(mFiles->FolderExists(mTree.Path(name))) << name;
+    EXPECT_FALSE(folder->Find(name)->IsFolder) << name;
+    EXPECT_EQ(AttributesOf(name) & Attribute::Alias, Attribute::Alias) << name;
+    EXPECT_FALSE(mFiles->Type(mTree.Path(name)).empty()) << name;
+    EXPECT_EQ(ErrorNumber([&] { mFiles->OpenTextFile(mTree.Path(name)); }), 53) << name;
+    EXPECT_EQ(ErrorNumber([&] { mFiles->GetFolder(mTree.Path(name)); }), 76) << name;
+  }
+  EXPECT_EQ(mFiles->GetFile(mTree.Path("dangling")).Size, 4u);
+}
+
+TEST_F(Links, LeadBackWhereTheyLeadIntoTheChainOfFolders) {
+  mTree.Folder("top/root/a/b");
+  mTree.Folder("top/root/c");
+  for (const auto& [text, name] : {std::pair{"..", "to a"},
+                                   {"../..", "to root"},
+                                   {".", "to b"},
+                                   {"../../c", "to sibling"},
+                                   {"../../..", "to above"}})
+    Link(text, std::string("top/root/a/b/") + name);
+  const auto leadsBack = [&](const std::string& name) {
+    return LeadsBack(*mFiles, mTree.Root("top/root"), mTree.Path("top/root/a/b/" + name));
+  };
+  EXPECT_TRUE(leadsBack("to a"));
+  EXPECT_TRUE(leadsBack("to root"));
+  EXPECT_TRUE(leadsBack("to b"));
+  EXPECT_FALSE(leadsBack("to sibling"));
+  EXPECT_FALSE(leadsBack("to above"));
+  EXPECT_TRUE(leadsBack("to above/root"));
+}
+
+TEST_F(Links, DoNotHideWhereAFolderLies) {
+  mTree.Folder("a/b");
+  mTree.Folder("c");
+  Link("../a/b", "c/link");
+  EXPECT_TRUE(mFiles->LiesWithin(mTree.Path("c/link"), mTree.Path("a")));
+  EXPECT_FALSE(mFiles->LiesWithin(mTree.Path("c/link"), mTree.Path("c")));
+  EXPECT_EQ(mFiles->Identity(mTree.Path("c/link")), mFiles->Identity(mTree.Path("a/b")));
+}
+
+// --- Pipes, sockets, devices: never opened, since that alone can hang or do something
+
+TEST_F(SpecialFiles, AreListedAsFilesAndNeverOpened) {
+  ASSERT_EQ(mkfifo(mTree.Path("pipe").c_str(), 0666), 0);
+  ASSERT_EQ(mknod(mTree.Path("socket").c_str(), S_IFSOCK | 0666, 0), 0);
+  Link("/dev/zero", "zero");
+  EXPECT_EQ(FilesIn(), (Names{"pipe", "socket", "zero"}));
+  for (const char* name : {"pipe", "socket", "zero"}) {
+    const std::string path = mTree.Path(name);
+    EXPECT_TRUE(mFiles->FileExists(path)) << name;
+    EXPECT_EQ(mFiles->GetFile(path).Name, name);
+    EXPECT_FALSE(mFiles->Type(path).empty()) << name;
+    EXPECT_EQ(ErrorNumber([&] { mFiles->OpenTextFile(path); }), 75) << name;
+  }
+  EXPECT_NE(mFiles->Type(mTree.Path("pipe")), mFiles->Type(mTree.Path("socket")));
+  EXPECT_EQ(MoveError("pipe", "moved pipe"), 0);
+  EXPECT_EQ(FilesIn(), (Names{"moved pipe", "socket", "zero"}));
+}
+
+TEST_F(SpecialFiles, AreNotReplacedByText) {
+  ASSERT_EQ(mkfifo(mTree.Path("pipe").c_str(), 0666), 0);
+  EXPECT_EQ(ErrorNumber([&] { mFiles->CreateTextFile(mTree.Path("pipe"), true); }), 75);
+  EXPECT_EQ(ErrorNumber([&] { mFiles->CreateTextFile("/dev/null", true); }), 75);
+}
+
+// --- Rights
+
+TEST_F(Rights, AFolderThatMayNotBeReadCanStillBeLookedInto) {
+  mTree.File("folder/file.txt", "text");
+  mTree.Folder("folder/sub");
+  Mode("folder", 0111);
+  EXPECT_EQ(AsOrdinaryUser([&] {
+              const auto folder = mFiles->GetFolder(mTree.Path("folder"));
+              const auto sub = folder->Find("sub");
+              if (!folder->Find("file.txt") || !sub || !sub->IsFolder || folder->Find("none")) return 1;
+              if (folder->Properties().Name != "folder") return 2;
+              const int files = ErrorNumber([&] { folder->Files(); });
+              return files == 70 ? ErrorNumber([&] { folder->SubFolders(); }) : files;
+            }),
+            70);
+}
+
+TEST_F(Rights, AFolderThatMayNotBeEnteredIsListedAndNothingFound) {
+  mTree.File("folder/file.txt", "text");
+  mTree.Folder("folder/sub");
+  Mode("folder", 0444);
+  EXPECT_EQ(AsOrdinaryUser([&] {
+              const auto folder = mFiles->GetFolder(mTree.Path("folder"));
+              if (NamesOf(folder->Files()) != Names{"file.txt"}) return 1;
+              if (NamesOf(folder->SubFolders()) != Names{"sub"}) return 2;
+              if (folder->Find("file.txt") || mFiles->FileExists(mTree.Path("folder/file.txt"))) return 3;
+              return ErrorNumber([&] { mFiles->GetFolder(mTree.Path("folder/sub")); });
+            }),
+            70);
+}
+
+TEST_F(Rights, NothingIsMadeInALockedFolder) {
+  mTree.Folder("folder");
+  Mode("folder", 0555);
+  EXPECT_EQ(
+      AsOrdinaryUser([&] { return ErrorNumber([&] { mFiles->CreateFolder(mTree.Path("folder/new")); }); }),
+      70);
+  EXPECT_EQ(AsOrdinaryUser([&] {
+              return ErrorNumber([&] { mFiles->CreateTextFile(mTree.Path("folder/new"), true)->Close(); });
+            }),
+            70);
+  EXPECT_EQ(mTree.List("folder"), Names{});
+}
+
+// --- Big folders
+
+TEST_F(BigFolders, AreOrderedAndCanBeEndedAndAskedAgain) {
+  constexpr int Count = 20'000;
+  for (int file = 0; file < Count; ++file) {
+    const std::string name = (file % 2 ? "File " : "fILE ") + std::to_string(file * 7919 % Count);
+    close(open(mTree.Path(name).c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
+  }
+  int ticks = 0;
+  int lastTick = 0;
+  const auto folder = mFiles->GetFolder(mTree.Path(), [&] {
+    if (++ticks == lastTick) throw std::runtime_error("stopped");
+  });
+  const Names names = NamesOf(folder->Files());
+  EXPECT_EQ(names.size(), static_cast<std::size_t>(Count));
+  EXPECT_TRUE(
+      std::ranges::is_sorted(names, [](const auto& a, const auto& b) { return OrderOfNames(a, b) < 0; }));
+  EXPECT_GT(ticks, 10);
+
+  const int allTicks = ticks;
+  const auto again = mFiles->GetFolder(mTree.Path(), [&] {
+    if (++ticks == lastTick) throw std::runtime_error("stopped");
+  });
+  for (const int last : {1, allTicks / 2, allTicks}) {
+    ticks = 0;
+    lastTick = last;
+    EXPECT_THROW(again->Files(), std::runtime_error) << last;
+  }
+  EXPECT_EQ(NamesOf(again->Files()), names);
+}
+
+// --- Moving
+
+TEST_F(Moving, TakesTheLinkNotWhatItLeadsTo) {
+  mTree.File("real", "text");
+  mTree.Folder("sub");
+  Link("real", "link");
+  Link("none", "dangling");
+  EXPECT_EQ(MoveError("link", "moved"), 0);
+  EXPECT_EQ(MoveError("dangling", "sub/moved"), 0);
+  EXPECT_EQ(MoveError("real", "sub/moved"), 58);
+  EXPECT_TRUE(IsLinkAt("moved"));
+  EXPECT_TRUE(IsLinkAt("sub/moved"));
+  EXPECT_EQ(mTree.List(), (Names{"moved", "real", "sub/", "sub/moved"}));
+}
+
+/// A file on a volume of its own, where there is one.
+class OtherVolume : public PosixTest {
+ protected:
+  OtherVolume() : mPath("/dev/shm/brackwell-test-" + std::to_string(getpid())) {}
+  ~OtherVolume() override { unlink(mPath.c_str()); }
+
+  bool IsThere() {
+    struct stat other {};
+    struct stat here {};
+    return stat("/dev/shm", &other) == 0 && access("/dev/shm", W_OK) == 0 &&
+           stat(mTree.Path().c_str(), &here) == 0 && other.st_dev != here.st_dev;
+  }
+
+  const std::string mPath;
+};
+
+TEST_F(OtherVolume, GetsAMovedFileByCopying) {
+  if (!IsThere()) GTEST_SKIP() << "only one volume here";
+  mTree.File("file", "text", 90);
+  mFiles->MoveFile(mTree.Path("file"), mPath);
+  EXPECT_FALSE(mTree.Exists("file"));
+  EXPECT_EQ(mFiles->GetFile(mPath).DateLastModified, TempTree::Time(90));
+  mTree.File("file", "other");
+  EXPECT_EQ(ErrorNumber([&] { mFiles->MoveFile(mTree.Path("file"), mPath); }), 58);
+  EXPECT_EQ(mFiles->OpenTextFile(mPath)->ReadAll(), "text");
+  EXPECT_EQ(mTree.Read("file"), "other");
+  EXPECT_EQ(mFiles->Drive(mPath), "/dev/shm");
+}
+
+TEST_F(OtherVolume, KeepsNothingOfAFileThatCannotBeTakenAway) {
+  if (!IsThere()) GTEST_SKIP() << "only one volume here";
+  mTree.File("locked/file", "text");
+  Mode("locked", 0555);
+  EXPECT_EQ(AsOrdinaryUser(
+                [&] { return ErrorNumber([&] { mFiles->MoveFile(mTree.Path("locked/file"), mPath); }); }),
+            70);
+  EXPECT_FALSE(mFiles->FileExists(mPath));
+  EXPECT_EQ(mTree.Read("locked/file"), "text");
+}
+
+// --- Text streams
+
+TEST_F(TextStreams, ReplaceAPlantedLinkAndDoNotFollowIt) {
+  mTree.File("precious", "precious");
+  Link("precious", "report.htm");
+  const auto writer = mFiles->CreateTextFile(mTree.Path("report.htm"), true);
+  writer->Write("report");
+  writer->Close();
+  EXPECT_EQ(mTree.Read("precious"), "precious");
+  EXPECT_EQ(mTree.Read("report.htm"), "report");
+  EXPECT_FALSE(IsLinkAt("report.htm"));
+}
+
+TEST_F(TextStreams, MakeFilesWithTheUsualMode) {
+  const mode_t mask = umask(027);
+  mFiles->CreateTextFile(mTree.Path("new.txt"), false)->Close();
+  umask(mask);
+  struct stat status {};
+  ASSERT_EQ(stat(mTree.Path("new.txt").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(TextStreams, LeaveAloneWhatTheUserMayNotWrite) {
+  mTree.File("kept.txt", "kept");
+  Mode("kept.txt", 0464);
+  EXPECT_EQ(AsOrdinaryUser([&] {
+              return ErrorNumber([&] { mFiles->CreateTextFile(mTree.Path("kept.txt"), true)->Close(); });
+            }),
+            70);
+  EXPECT_EQ(mTree.Read("kept.txt"), "kept");
+}
+
+// --- Properties
+
+TEST_F(Properties, TellHiddenAndReadOnly) {
+  mTree.File(".hidden");
+  mTree.File("locked");
+  mTree.Folder(".folder");
+  Mode("locked", 0444);
+  EXPECT_EQ(AttributesOf(".hidden"), Attribute::Hidden);
+  EXPECT_EQ(AttributesOf("locked"), Attribute::ReadOnly);
+  Mode("locked", 0464);
+  EXPECT_EQ(AttributesOf("locked"), 0u);
+  Mode(".folder", 0555);
+  EXPECT_EQ(mFiles->GetFolder(mTree.Path(".folder"))->Properties().Attributes,
+            Attribute::Hidden | Attribute::ReadOnly | Attribute::Directory);
+}
+
+TEST_F(Properties, TheDriveIsTheMountPoint) {
+  EXPECT_EQ(mFiles->Drive("/"), "/");
+  EXPECT_EQ(mFiles->Drive("/proc/self/status"), "/proc");
+  EXPECT_EQ(mFiles->Drive("/proc/none/at/all"), "/proc");
+}
+
+}  // namespace
+}  // namespace brackwell

@@ -113,7 +113,7 @@ std::vector<std::string> TempTree::List(const std::string& name) const {
   const fs::path top = At(name);
   for (const auto& entry : fs::recursive_directory_iterator(top))
     found.push_back(ToName(entry.path().lexically_relative(top)) +
-                    (entry.is_directory() && !entry.is_symlink() ? "/" : ""));
+                    (fs::is_directory(entry.symlink_status()) ? "/" : ""));
   std::ranges::sort(found);
   return found;
 }
