@@ -12,8 +12,9 @@
 namespace brackwell {
 namespace {
 
-/// A user that nobody is, so that no real user's folder is touched.
-constexpr int Stranger = 61234;
+/// A user that nobody is, so that no real user's folder is touched, and another one in each test that runs at
+/// the same time.
+const uid_t Stranger = 20'000 + getpid() % 40'000;
 
 class TempFolderTest : public testing::Test {
  protected:
