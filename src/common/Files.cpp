@@ -1,13 +1,49 @@
 #include "common/Files.h"
 
-#include "platform/FileSystemObject.h"
+#include <vector>
 
 namespace brackwell {
+namespace {
+
+struct SubFolder {
+  std::string Path;
+  bool IsLink;
+};
+
+/// Adds up one folder's files and notes its sub-folders, so that no handle stays open while they are walked.
+std::uint64_t SizeOfFiles(const FileSystemObject& files, const std::string& path, const Tick& tick,
+                          std::vector<SubFolder>& subFolders) {
+  std::uint64_t size = 0;
+  const auto folder = files.GetFolder(path, tick);
+  for (const Member& member : folder->Files()) {
+    if (const auto status = folder->Find(member.Name)) size += status->Size;
+    if (tick) tick();
+  }
+  for (const Member& member : folder->SubFolders())
+    subFolders.push_back({JoinPath(path, member.Name), member.IsLink});
+  return size;
+}
+
+std::uint64_t SizeBelow(const FileSystemObject& files, const std::string& root, const std::string& path,
+                        const Tick& tick) {
+  std::vector<SubFolder> subFolders;
+  std::uint64_t size = SizeOfFiles(files, path, tick, subFolders);
+  for (const SubFolder& folder : subFolders)
+    if (!folder.IsLink || !LeadsBack(files, root, folder.Path))
+      size += SizeBelow(files, root, folder.Path, tick);
+  return size;
+}
+
+}  // namespace
 
 void WriteTextFile(FileSystemObject& files, const std::string& path, bool overwrite, std::string_view text) {
   const auto file = files.CreateTextFile(path, overwrite);
   file->Write(text);
   file->Close();
+}
+
+std::uint64_t FolderSize(const FileSystemObject& files, const std::string& path, const Tick& tick) {
+  return SizeBelow(files, path, path, tick);
 }
 
 }  // namespace brackwell

@@ -1,14 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace brackwell {
+#include "platform/FileSystemObject.h"
 
-class FileSystemObject;
+namespace brackwell {
 
 /// Writes `text` as it is. Raises FileAlreadyExists where there is such a file and it is not to be
 /// overwritten, and whatever else the folder refuses; an older file is then still whole.
 void WriteTextFile(FileSystemObject& files, const std::string& path, bool overwrite, std::string_view text);
+
+/// The bytes of all files in and below a folder, links back into it not followed. Raises for what cannot be
+/// read.
+std::uint64_t FolderSize(const FileSystemObject& files, const std::string& path, const Tick& tick = {});
 
 }  // namespace brackwell

@@ -42,6 +42,7 @@ class CompareGrid : public QAbstractTableModel {
   void AddCompareRow(CompareRow row) { mRows.push_back(std::move(row)); }
   void Publish();
   void RemoveEmptyRow();
+  bool HasEmptyRow() const { return mHasEmptyRow; }
   void Sort();
 
   /// Ticks or unticks the box of a cell; false where there is none.

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -12,17 +13,23 @@
 #include <QShortcut>
 
 #include "common/Busy.h"
+#include "common/Files.h"
 #include "common/FormHelpers.h"
 #include "common/FormProgress.h"
+#include "common/Html.h"
 #include "common/MsgBox.h"
 #include "common/NativeText.h"
+#include "common/RunProgram.h"
 #include "common/Settings.h"
 #include "common/Text.h"
 #include "compare/CompareFixer.h"
 #include "compare/CompareGrid.h"
+#include "compare/CompareReport.h"
+#include "compare/frmCompareInfo.h"
 #include "controls/FlexGrid.h"
 #include "controls/StatusBar.h"
 #include "controls/uctSelectDir.h"
+#include "platform/TempFolder.h"
 #include "shell/frmImages.h"
 
 namespace brackwell {
@@ -194,6 +201,7 @@ void frmCompare::ConnectHandlers() {
   connect(txtPrefix, &QLineEdit::textEdited, this,
           [](const QString& text) { SaveSetting(Section, u"Prefix"_s, text); });
   connect(grdCompare, &FlexGrid::CellClicked, this, &frmCompare::grdCompare_Click);
+  connect(grdCompare, &FlexGrid::CellActivated, this, &frmCompare::grdCompare_DblClick);
 
   auto* stop = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(stop, &QShortcut::activated, this, &frmCompare::StopRun);
@@ -358,6 +366,19 @@ void frmCompare::grdCompare_Click(int row, int column) {
   if (targetTicked) grdCompare->setCurrentIndex(mGrid->index(row, CompareGrid::FixSourceColumn));
 }
 
+void frmCompare::grdCompare_DblClick(int row) {
+  if (row >= static_cast<int>(mGrid->Rows().size())) return;  // the empty row
+  const CompareRow& item = mGrid->Rows()[row];
+  frmCompareInfo info(mServices.Files, this);
+  info.SourceRoot = ToNativePath(uctSelSource->Folder());
+  info.TargetRoot = ToNativePath(uctSelTarget->Folder());
+  info.ObjectName = item.Name;
+  if (mShowFullPath)
+    info.ObjectName = ReplaceRoot(item.Name, IsTargetSide(item.Kind) ? info.TargetRoot : info.SourceRoot, {});
+  info.ObjectType = IsFile(item.Kind) ? u"File"_s : u"Folder"_s;
+  info.exec();
+}
+
 void frmCompare::cmdFix_Click() {
   FixSelected();
   cmdFix->hide();
@@ -393,6 +414,24 @@ void frmCompare::TellProblem(const CompareRow& row, const FileSystemError& error
              ToShownText(row.Name) + u"\nError: "_s + QString::number(error.Number()) + u"\nDescription: "_s +
              QString::fromStdString(error.Description()),
          MsgIcon::Exclamation, windowTitle());
+}
+
+void frmCompare::PrintData() {
+  CompareReport report{
+      .Title = windowTitle().toStdString(),
+      .ProgramFolder = ToNativePath(QDir::toNativeSeparators(QCoreApplication::applicationDirPath())),
+      .GridWidth = static_cast<double>(grdCompare->width()),
+      .Rows = mGrid->Rows(),
+      .HasEmptyRow = mGrid->HasEmptyRow()};
+  for (int column = 0; column < 4; ++column) {
+    report.Headers[column] =
+        mGrid->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString();
+    report.ColumnWidths[column] = grdCompare->columnWidth(column);
+  }
+  const std::string path = GetTempFolder() + "dir_compare.htm";
+  WriteTextFile(mServices.Files, path, true, HtmlToAscii(ToHtml(report)));
+  grdCompare->setCurrentIndex(mGrid->index(mGrid->rowCount() - 1, CompareGrid::MessageColumn));
+  RunProgram(this, path);
 }
 
 void frmCompare::ShowMessage(const QString& text) { stbCompare->SetPanelText(MessagePanel, text); }

@@ -34,6 +34,10 @@ class frmCompare : public ToolWindow {
   /// Large enough for the texts of the grid and for all options.
   QSize sizeHint() const override { return {1000, 600}; }
 
+  /// Shows the grid as a page in the user's browser, to be printed there. Raises what the temporary folder
+  /// refuses.
+  Q_INVOKABLE void PrintData();
+
   /// The rows behind grdCompare.
   CompareGrid& Grid() const { return *mGrid; }
 
@@ -62,6 +66,7 @@ class frmCompare : public ToolWindow {
   void cmdCompare_Click();
   void cmdFix_Click();
   void grdCompare_Click(int row, int column);
+  void grdCompare_DblClick(int row);
 
   bool CheckFolders();
   bool CheckFolder(const uctSelectDir& selector, const QString& nonePicked, const QString& notThere);

@@ -1,138 +1,34 @@
 #include "compare/frmCompare.h"
 
-#include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
-#include <QPushButton>
-#include <QTest>
 #include <QTimer>
 #include <thread>
 
 #include "common/Settings.h"
-#include "compare/CompareGrid.h"
-#include "controls/FlexGrid.h"
-#include "controls/StatusBar.h"
-#include "controls/uctSelectDir.h"
-#include "shell/frmImages.h"
-#include "support/FailingFileSystem.h"
-#include "support/IsolatedSettings.h"
-#include "support/MessageBoxes.h"
-#include "support/TempTree.h"
+#include "compare/ComparisonWindow.h"
 
 namespace brackwell {
 
 using namespace Qt::StringLiterals;
-
-/// A comparison window in a main window's area, on a temporary tree with the folders "s" and "t".
-class Bench {
- public:
-  explicit Bench(int failAt = 0) : Files(failAt, FileError::PermissionDenied) {
-    Tree.Folder("s");
-    Tree.Folder("t");
-    Area.resize(900, 700);
-    Area.show();
-    Form = new frmCompare(Lent);
-    Frame = Area.addSubWindow(Form);
-    Frame->resize(800, 600);
-    Frame->show();
-    mTester = std::make_unique<QAbstractItemModelTester>(&Form->Grid(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-  }
-
-  template <typename Control>
-  Control& Get(const char* name) {
-    auto* control = Form->findChild<Control*>(QString::fromLatin1(name));
-    if (!control) qFatal("no control %s", name);
-    return *control;
-  }
-
-  void Choose() {
-    Get<uctSelectDir>("uctSelSource").SetFolder(QString::fromStdString(Tree.Root("s")));
-    Get<uctSelectDir>("uctSelTarget").SetFolder(QString::fromStdString(Tree.Root("t")));
-  }
-
-  void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
-
-  QStringList Compare() {
-    Choose();
-    Click("cmdCompare");
-    return Lines();
-  }
-
-  /// What the grid shows: "name | message | fix source | fix target".
-  QStringList Lines() {
-    QStringList lines;
-    const QAbstractItemModel& grid = Form->Grid();
-    for (int row = 0; row < grid.rowCount(); ++row) {
-      QStringList cells;
-      for (int column : {1, 3}) cells << grid.index(row, column).data().toString();
-      for (int column : {4, 5}) {
-        const QString key = Box(row, column);
-        if (!key.isEmpty()) cells << key;
-      }
-      lines << cells.join(u" | "_s);
-    }
-    return lines;
-  }
-
-  QString Box(int row, int column) {
-    const QIcon picture = Form->Grid().index(row, column).data(Qt::DecorationRole).value<QIcon>();
-    if (picture.isNull()) return u"-"_s;
-    if (picture.cacheKey() == Images.imgCheckON.cacheKey()) return u"x"_s;
-    return picture.cacheKey() == Images.imgCheckOFF.cacheKey() ? u"o"_s : u"?"_s;
-  }
-
-  void ClickCell(int row, int column) {
-    auto& grid = Get<FlexGrid>("grdCompare");
-    const QRect cell = grid.visualRect(grid.model()->index(row, column));
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, cell.center());
-  }
-
-  QString Status() { return Get<StatusBar>("stbCompare").PanelText(u"MESSAGE"_s); }
-
-  void BothFiles(int count) {
-    for (int i = 0; i < count; ++i) {
-      const std::string name = "folder" + std::to_string(i) + "/file";
-      Tree.File("s/" + name, "x", 0);
-      Tree.File("t/" + name, "x", 0);
-    }
-  }
-
-  TempTree Tree;
-  FailingFileSystem Files;
-  frmImages Images;
-  QStringList Enabled;
-  Services Lent{.Files = Files,
-                .Images = Images,
-                .tlbMain_ENABLE = [this](const QString& key, bool on) { Enabled << key + (on ? u"+"_s : u"-"_s); }};
-  MessageBoxes Boxes;
-  QMdiArea Area;
-  QPointer<frmCompare> Form;
-  QPointer<QMdiSubWindow> Frame;
-
- private:
-  std::unique_ptr<QAbstractItemModelTester> mTester;
-};
 
 class frmCompareTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
   void cleanup() {
-    for (const QString& key : QStringList{u"SourceFolder"_s, u"TargetFolder"_s, u"SaveFolders"_s, u"CompareSubfolders"_s,
-                                          u"Extensions"_s, u"Prefix"_s, u"ShowFullPath"_s, u"SRC_NOT_TGT"_s,
-                                          u"SRC_NEWER"_s, u"DIR_IN_TGT"_s})
+    for (const QString& key : QStringList{
+             u"SourceFolder"_s, u"TargetFolder"_s, u"SaveFolders"_s, u"CompareSubfolders"_s, u"Extensions"_s,
+             u"Prefix"_s, u"ShowFullPath"_s, u"SRC_NOT_TGT"_s, u"SRC_NEWER"_s, u"DIR_IN_TGT"_s})
       DeleteSetting(u"Compare"_s, key);
     QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
   }
 
   void AFirstStartShowsNoFoldersAndEverythingTicked() {
-    Bench bench;
+    ComparisonWindow bench;
     QCOMPARE(bench.Form->windowTitle(), u"Directory Comparison"_s);
     QCOMPARE(bench.Get<uctSelectDir>("uctSelSource").Folder(), QString());
     QCOMPARE(bench.Get<uctSelectDir>("uctSelSource").Caption(), u"Source Directory"_s);
@@ -148,7 +44,7 @@ class frmCompareTest : public QObject {
   }
 
   void CaptionsStandAsTheyAre() {
-    Bench bench;
+    ComparisonWindow bench;
     const auto text = [&](const char* name) {
       return qobject_cast<QAbstractButton*>(&bench.Get<QWidget>(name))->text();
     };
@@ -170,12 +66,13 @@ class frmCompareTest : public QObject {
     QStringList headers;
     for (int column = 0; column < 6; ++column)
       headers << bench.Form->Grid().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    QCOMPARE(headers.join(u"|"_s), u"Folder / Filename|Folder / Filename|Comparison Result|Comparison Result|"
-                                   "Fix Source|Fix Target"_s);
+    QCOMPARE(headers.join(u"|"_s),
+             u"Folder / Filename|Folder / Filename|Comparison Result|Comparison Result|"
+             "Fix Source|Fix Target"_s);
   }
 
   void FoldersAreCheckedInOrderAndTheGridIsLeftAsItWas() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a");
     bench.Compare();
     const QStringList before = bench.Lines();
@@ -186,7 +83,8 @@ class frmCompareTest : public QObject {
       target.SetFolder(targetFolder);
       bench.Click("cmdCompare");
       const ShownBox& box = bench.Boxes.Shown().back();
-      return box.Title + (box.Icon == QMessageBox::Critical ? u" critical: "_s : u" exclamation: "_s) + box.Text;
+      return box.Title + (box.Icon == QMessageBox::Critical ? u" critical: "_s : u" exclamation: "_s) +
+             box.Text;
     };
     const QString gone = QString::fromStdString(bench.Tree.Root("gone"));
     const QString there = QString::fromStdString(bench.Tree.Root("s"));
@@ -198,30 +96,30 @@ class frmCompareTest : public QObject {
   }
 
   void AComparisonFillsTheGridInOrder() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a.txt");
     bench.Tree.File("t/b.txt");
     bench.Tree.File("s/Sub/newer", "x", 10);
     bench.Tree.File("t/Sub/newer", "x", 0);
     bench.Tree.Folder("s/only");
-    QCOMPARE(bench.Compare(), (QStringList{u"a.txt | Source file was not found in target folder | - | o"_s,
-                                           u"b.txt | Target file was not found in source folder | o | -"_s,
-                                           u"only | Sub-folder was not found in target folder | - | o"_s,
-                                           u"Sub |  | - | -"_s,
-                                           u"Sub/newer | Source file is newer than target file | o | o"_s}));
+    QCOMPARE(bench.Compare(),
+             (QStringList{u"a.txt | Source file was not found in target folder | - | o"_s,
+                          u"b.txt | Target file was not found in source folder | o | -"_s,
+                          u"only | Sub-folder was not found in target folder | - | o"_s, u"Sub |  | - | -"_s,
+                          u"Sub/newer | Source file is newer than target file | o | o"_s}));
     QVERIFY(bench.Get<QPushButton>("cmdFix").isVisible());
     QCOMPARE(bench.Status(), QString());
     QVERIFY(bench.Boxes.Shown().empty());
   }
 
   void NoFindingsLeaveTheHeaderAlone() {
-    Bench bench;
+    ComparisonWindow bench;
     QCOMPARE(bench.Compare(), QStringList{});
     QVERIFY(bench.Get<QPushButton>("cmdFix").isVisible());
   }
 
   void PicturesAreThoseOfTheImageHolder() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a");
     bench.Tree.File("t/b");
     bench.Tree.Folder("s/c");
@@ -236,7 +134,7 @@ class frmCompareTest : public QObject {
   }
 
   void TheFilterBoxesAreTidied() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a.TMP");
     bench.Tree.File("s/b.bak");
     bench.Tree.File("s/c.tmp.txt");
@@ -252,7 +150,7 @@ class frmCompareTest : public QObject {
   }
 
   void BoxesAreTickedByClickAndExcludeEachOther() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "x", 0);
     bench.Tree.File("t/a", "xx", 0);
     bench.Tree.File("s/b");
@@ -273,7 +171,7 @@ class frmCompareTest : public QObject {
   }
 
   void SpaceTogglesTheCurrentBox() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a");
     bench.Compare();
     auto& grid = bench.Get<FlexGrid>("grdCompare");
@@ -286,7 +184,7 @@ class frmCompareTest : public QObject {
   }
 
   void ScreenReadersHearEveryPicture() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "x", 0);
     bench.Tree.File("t/a", "xx", 0);
     bench.Compare();
@@ -301,7 +199,7 @@ class frmCompareTest : public QObject {
   }
 
   void AFixCopiesMarksAndTellsHowMany() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "source", 0);
     bench.Tree.File("t/a", "target", 10);
     bench.Tree.File("s/folder/b", "inside");
@@ -314,14 +212,15 @@ class frmCompareTest : public QObject {
     QCOMPARE(bench.Boxes.Shown().back().Icon, QMessageBox::Information);
     QCOMPARE(bench.Tree.Read("s/a"), "target");
     QCOMPARE(bench.Tree.Read("t/folder/b"), "inside");
-    QCOMPARE(bench.Lines(), (QStringList{u"a | Target file is newer than source file (FIXED) | - | -"_s,
-                                         u"folder | Sub-folder was not found in target folder (FIXED) | - | -"_s}));
+    QCOMPARE(bench.Lines(),
+             (QStringList{u"a | Target file is newer than source file (FIXED) | - | -"_s,
+                          u"folder | Sub-folder was not found in target folder (FIXED) | - | -"_s}));
     QVERIFY(bench.Get<QPushButton>("cmdFix").isHidden());
     QCOMPARE(bench.Status(), u"Fixing folder"_s);
   }
 
   void AFixOfNothingSaysSo() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a");
     bench.Compare();
     bench.Click("cmdFix");
@@ -333,7 +232,7 @@ class frmCompareTest : public QObject {
   }
 
   void AProblemIsToldAndCountedAndTheRowStaysUnfixed() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/<b>a&amp;");
     bench.Tree.File("s/z");
     bench.Compare();
@@ -341,26 +240,28 @@ class frmCompareTest : public QObject {
     bench.ClickCell(1, 5);
     bench.Tree.Remove("s/<b>a&amp;");
     bench.Click("cmdFix");
-    QCOMPARE(bench.Boxes.TakeTexts(),
-             (QStringList{u"There was a problem fixing file <b>a&amp;\nError: 53\nDescription: File not found"_s,
-                          u"2 files/folders have been fixed."_s}));
+    QCOMPARE(
+        bench.Boxes.TakeTexts(),
+        (QStringList{u"There was a problem fixing file <b>a&amp;\nError: 53\nDescription: File not found"_s,
+                     u"2 files/folders have been fixed."_s}));
     QCOMPARE(bench.Boxes.Shown().front().Icon, QMessageBox::Warning);
-    QCOMPARE(bench.Lines(), (QStringList{u"<b>a&amp; | Source file was not found in target folder | - | x"_s,
-                                         u"z | Source file was not found in target folder (FIXED) | - | -"_s}));
+    QCOMPARE(bench.Lines(),
+             (QStringList{u"<b>a&amp; | Source file was not found in target folder | - | x"_s,
+                          u"z | Source file was not found in target folder (FIXED) | - | -"_s}));
   }
 
   void ANameThatIsNoTextIsShownAndFixedAllTheSame() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/caf\xe9\nbar", "x");
-    QCOMPARE(bench.Compare(),
-             QStringList{u"caf\xfffd\x240a" u"bar | Source file was not found in target folder | - | o"_s});
+    QCOMPARE(bench.Compare(), QStringList{u"caf\xfffd\x240a"
+                                          u"bar | Source file was not found in target folder | - | o"_s});
     bench.ClickCell(0, 5);
     bench.Click("cmdFix");
     QCOMPARE(bench.Tree.List("t"), std::vector<std::string>{"caf\xe9\nbar"});
   }
 
   void ChangedFoldersAreTheOnesFixed() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "x");
     bench.Tree.Folder("elsewhere");
     bench.Compare();
@@ -373,12 +274,13 @@ class frmCompareTest : public QObject {
 
   void FullPathsShowAndFixBothSides() {
     SaveSetting(u"Compare"_s, u"ShowFullPath"_s, u"1"_s);
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "x");
     bench.Tree.File("t/b", "y");
     const QString top = QString::fromStdString(bench.Tree.Path());
-    QCOMPARE(bench.Compare(), (QStringList{top + u"/s/a | Source file was not found in target folder | - | o"_s,
-                                           top + u"/t/b | Target file was not found in source folder | o | -"_s}));
+    QCOMPARE(bench.Compare(),
+             (QStringList{top + u"/s/a | Source file was not found in target folder | - | o"_s,
+                          top + u"/t/b | Target file was not found in source folder | o | -"_s}));
     SaveSetting(u"Compare"_s, u"ShowFullPath"_s, u"0"_s);  // counts from the next comparison on
     bench.ClickCell(0, 5);
     bench.ClickCell(1, 4);
@@ -388,7 +290,7 @@ class frmCompareTest : public QObject {
   }
 
   void OptionsTakeTheGridsPlace() {
-    Bench bench;
+    ComparisonWindow bench;
     auto& show = bench.Get<QCheckBox>("chkShowOptions");
     show.click();
     QVERIFY(bench.Get<QGroupBox>("fraOptions").isVisible());
@@ -405,7 +307,7 @@ class frmCompareTest : public QObject {
   }
 
   void EveryOptionReachesTheComparison() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("t/b");
     bench.Tree.File("t/sub/c");
     bench.Get<QCheckBox>("chkOption(6)").setChecked(false);
@@ -417,7 +319,7 @@ class frmCompareTest : public QObject {
   }
 
   void ChoicesAreRememberedAtOnce() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Get<QCheckBox>("chkOption(2)").click();
     bench.Get<QCheckBox>("chkSubfolders").click();
     bench.Get<QCheckBox>("chkShowOptions").click();
@@ -427,7 +329,7 @@ class frmCompareTest : public QObject {
     QCOMPARE(GetSetting(u"Compare"_s, u"CompareSubfolders"_s), u"0"_s);
     QCOMPARE(GetSetting(u"Compare"_s, u"Extensions"_s), u"tmp"_s);
     QCOMPARE(GetSetting(u"Compare"_s, u"Prefix"_s), u"~;a"_s);
-    Bench next;
+    ComparisonWindow next;
     QVERIFY(!next.Get<QCheckBox>("chkOption(2)").isChecked());
     QVERIFY(next.Get<QCheckBox>("chkOption(3)").isChecked());
     QVERIFY(!next.Get<QCheckBox>("chkSubfolders").isChecked());
@@ -439,7 +341,7 @@ class frmCompareTest : public QObject {
     SaveSetting(u"Compare"_s, u"SRC_NOT_TGT"_s, u"perhaps"_s);
     SaveSetting(u"Compare"_s, u"CompareSubfolders"_s, u""_s);
     SaveSetting(u"Compare"_s, u"ShowFullPath"_s, u"x"_s);
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a");
     QVERIFY(bench.Get<QCheckBox>("chkOption(0)").isChecked());
     QVERIFY(bench.Get<QCheckBox>("chkSubfolders").isChecked());
@@ -449,7 +351,7 @@ class frmCompareTest : public QObject {
   void FoldersAreKeptOnClosingOrForgotten() {
     QString source;
     {
-      Bench bench;
+      ComparisonWindow bench;
       bench.Choose();
       source = bench.Get<uctSelectDir>("uctSelSource").Folder();
       bench.Click("cmdClose");
@@ -458,18 +360,18 @@ class frmCompareTest : public QObject {
     QCOMPARE(GetSetting(u"Compare"_s, u"SourceFolder"_s), source);
     SaveSetting(u"Compare"_s, u"SaveFolders"_s, u"0"_s);
     {
-      Bench bench;
+      ComparisonWindow bench;
       QCOMPARE(bench.Get<uctSelectDir>("uctSelSource").Folder(), source);
       bench.Frame->close();
     }
     QCOMPARE(GetSetting(u"Compare"_s, u"SourceFolder"_s, u"none"_s), u"none"_s);
     QCOMPARE(GetSetting(u"Compare"_s, u"TargetFolder"_s, u"none"_s), u"none"_s);
-    Bench bench;
+    ComparisonWindow bench;
     QCOMPARE(bench.Get<uctSelectDir>("uctSelSource").Folder(), QString());
   }
 
   void PrintIsOfferedWhileTheWindowIsActive() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Enabled.clear();
     bench.Form->Form_Activate();
     bench.Form->Form_Deactivate();
@@ -477,12 +379,13 @@ class frmCompareTest : public QObject {
   }
 
   void ColumnsFollowTheWindow() {
-    Bench bench;
+    ComparisonWindow bench;
     auto& grid = bench.Get<FlexGrid>("grdCompare");
     for (int width : {700, 850}) {
       bench.Frame->resize(width, 600);
       QTest::qWait(1);
-      const double rest = grid.width() * 15.0 - grid.style()->pixelMetric(QStyle::PM_ScrollBarExtent) * 15 - 85 - 1000;
+      const double rest =
+          grid.width() * 15.0 - grid.style()->pixelMetric(QStyle::PM_ScrollBarExtent) * 15 - 85 - 1000;
       QCOMPARE(grid.columnWidth(0), qRound(500 / 15.0));
       QVERIFY(qAbs(grid.columnWidth(1) - rest * 0.5 / 15) <= 1);
       QVERIFY(qAbs(grid.columnWidth(3) - rest * 0.3 / 15) <= 1);
@@ -491,7 +394,7 @@ class frmCompareTest : public QObject {
   }
 
   void AnErrorEndsItAndTheRowsSoFarStay() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "x", 0);
     bench.Tree.File("t/a", "x", 0);
     bench.Tree.File("s/b");
@@ -511,7 +414,7 @@ class frmCompareTest : public QObject {
   // events that the run lets through.
 
   void EscStopsAndKeepsTheRows() {
-    Bench bench;
+    ComparisonWindow bench;
     TakeTime(bench);
     QTimer::singleShot(100, bench.Form, [&] {
       QVERIFY(bench.Form->IsRunning());
@@ -527,7 +430,7 @@ class frmCompareTest : public QObject {
   }
 
   void ASecondCompareStartsAnew() {
-    Bench bench;
+    ComparisonWindow bench;
     TakeTime(bench);
     QTimer::singleShot(100, bench.Form, [&] {
       QVERIFY(bench.Form->IsRunning());
@@ -542,7 +445,7 @@ class frmCompareTest : public QObject {
   }
 
   void ClosingInTheMiddleEndsTheRunFirst() {
-    Bench bench;
+    ComparisonWindow bench;
     TakeTime(bench);
     bool wasRunning = false;
     QTimer::singleShot(100, bench.Form, [&] {
@@ -559,8 +462,8 @@ class frmCompareTest : public QObject {
   }
 
   void TwoWindowsRunSideBySide() {
-    Bench first;
-    Bench second;
+    ComparisonWindow first;
+    ComparisonWindow second;
     TakeTime(first);
     second.Tree.File("s/a");
     QStringList inner;
@@ -570,7 +473,7 @@ class frmCompareTest : public QObject {
   }
 
   void RowsMayBeTickedWhileOthersComeIn() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/zzz");
     TakeTime(bench);
     QTimer::singleShot(100, bench.Form, [&] {
@@ -581,7 +484,7 @@ class frmCompareTest : public QObject {
   }
 
   void InputDuringAFixIsThrownAway() {
-    Bench bench;
+    ComparisonWindow bench;
     bench.Tree.File("s/a", "x");
     bench.Tree.File("s/b", "x");
     bench.Compare();
@@ -603,7 +506,7 @@ class frmCompareTest : public QObject {
  private:
   static constexpr int FolderCount = 40;
 
-  static void TakeTime(Bench& bench) {
+  static void TakeTime(ComparisonWindow& bench) {
     bench.BothFiles(FolderCount);
     bench.Files.OnCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(5)); };
   }
