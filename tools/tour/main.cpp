@@ -1,11 +1,12 @@
-// A guided tour: drives the real windows through their work on folders of its own and leaves a picture of each.
-// brackwell_tour <folder for the pictures>
+// A guided tour: drives the real windows through their work on folders of its own, and leaves a picture of
+// each and the reports that they print. brackwell_tour <folder for pictures and reports>
 
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
 #include <QDir>
+#include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -88,15 +89,20 @@ class Tour {
     Picture(u"compare-result"_s, mMain);
     TickAll(*form);
     Picture(u"compare-ticked"_s, mMain);
+    WithDialog(u"compare-details"_s, [&] {
+      Q_EMIT form->findChild<FlexGrid*>(u"grdCompare"_s)->CellActivated(0, CompareGrid::NameColumn);
+    });
     WithDialog(u"compare-fixed-message"_s, [&] { form->findChild<QPushButton*>(u"cmdFix"_s)->click(); });
     Picture(u"compare-fixed"_s, mMain);
+    Trigger(u"mnuFile_Print"_s);
   }
 
   /// Where both sides can be fixed, the newer one wins.
   void TickAll(frmCompare& form) {
     CompareGrid& grid = form.Grid();
     for (int row = 0; row < grid.rowCount(); ++row)
-      if (grid.Rows()[row].Kind == ResultKind::TargetFileNewer || !grid.Toggle(row, CompareGrid::FixTargetColumn))
+      if (grid.Rows()[row].Kind == ResultKind::TargetFileNewer ||
+          !grid.Toggle(row, CompareGrid::FixTargetColumn))
         grid.Toggle(row, CompareGrid::FixSourceColumn);
   }
 
@@ -112,8 +118,8 @@ class Tour {
   }
 
   void ShowManyWindows() {
-    for (const char* item : {"mnuTools_DirDisplay", "mnuTools_Replace", "mnuTools_RenameImages", "mnuTools_FontDisplay",
-                             "mnuTools_DriveInfo"})
+    for (const char* item : {"mnuTools_DirDisplay", "mnuTools_Replace", "mnuTools_RenameImages",
+                             "mnuTools_FontDisplay", "mnuTools_DriveInfo"})
       Trigger(QString::fromLatin1(item));
     Trigger(u"mnuWindow_Cascade"_s);
     Picture(u"windows-cascaded"_s, mMain);
@@ -173,20 +179,32 @@ class Tour {
   bool mGood = true;
 };
 
+/// Reports stay in the tour's folder, and no browser opens them.
+void KeepReports(const QString& folder, const QString& programs) {
+  QFile opener(programs + u"/xdg-open"_s);
+  if (opener.open(QIODevice::WriteOnly)) opener.write("#!/bin/sh\nexit 0\n");
+  opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  qputenv("PATH", programs.toLocal8Bit() + ':' + qgetenv("PATH"));
+  qputenv("TMPDIR", folder.toLocal8Bit());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc != 2 || !QDir().mkpath(QString::fromLocal8Bit(argv[1]))) {
-    std::fprintf(stderr, "usage: brackwell_tour <folder for the pictures>\n");
+    std::fprintf(stderr, "usage: brackwell_tour <folder for pictures and reports>\n");
     return 2;
   }
-  const QTemporaryDir settings;  // the user's own stay as they are
-  qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
+  const QTemporaryDir own;  // the user's settings stay as they are
+  qputenv("XDG_CONFIG_HOME", own.path().toLocal8Bit());
   QApplication application(argc, argv);
+  const QString folder = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
   frmMain main(ToolTable());
   main.resize(1100, 760);
   main.show();
-  const bool good = Tour(main, QString::fromLocal8Bit(argv[1])).Drive();
+  Tour tour(main, folder);  // makes its own folders before the reports get theirs
+  KeepReports(folder, own.path());
+  const bool good = tour.Drive();
   main.close();
   return good ? 0 : 1;
 }
