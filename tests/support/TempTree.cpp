@@ -7,6 +7,8 @@
 #include <system_error>
 #include <vector>
 
+#include "support/FileTimes.h"
+
 namespace brackwell {
 namespace {
 
@@ -88,7 +90,7 @@ void TempTree::File(const std::string& name, const std::string& content, int sec
 }
 
 void TempTree::SetModified(const std::string& name, int seconds) {
-  fs::last_write_time(At(name), std::chrono::file_clock::from_sys(Time(seconds)));
+  SetModificationTime(Path(name), Time(seconds));
 }
 
 void TempTree::SetReadOnly(const std::string& name) {
