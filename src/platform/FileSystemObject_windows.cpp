@@ -1,5 +1,8 @@
 #include "platform/FileSystemObject.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "platform/FileCopy_windows.h"
 #include "platform/FolderListing_windows.h"
 #include "platform/PendingFile_windows.h"
