@@ -65,13 +65,21 @@ int CascadeStep(const QMdiSubWindow& window) {
   return window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window) + 4;
 }
 
-/// Where the n-th window of a cascade goes. Begins again at the corner when the lower right is reached.
+/// Where the n-th window of a cascade goes. Begins again at the corner when the lower right is reached;
+/// windows about as large as the space become a little smaller instead, so that the first few never hide each
+/// other.
 QRect CascadePlace(const QRect& space, const QMdiSubWindow& window, int n) {
-  const QSize size = window.sizeHint().boundedTo(space.size()).expandedTo(window.minimumSizeHint());
+  constexpr int PlacesAtLeast = 4;
+  const QSize smallest = window.minimumSizeHint();
+  const QSize largest = window.sizeHint().boundedTo(space.size()).expandedTo(smallest);
   const int step = CascadeStep(window);
-  const int fitting = std::min(space.width() - size.width(), space.height() - size.height()) / step;
-  const int offset = n % (std::max(fitting, 0) + 1) * step;
-  return {space.topLeft() + QPoint(offset, offset), size};
+  const auto stepsBeside = [&](QSize size) {
+    return std::max(std::min(space.width() - size.width(), space.height() - size.height()) / step, 0);
+  };
+  const int steps = std::max(stepsBeside(largest), std::min(stepsBeside(smallest), PlacesAtLeast - 1));
+  const QPoint offset = QPoint(step, step) * (n % (steps + 1));
+  const QSize room(space.width() - offset.x(), space.height() - offset.y());
+  return {space.topLeft() + offset, largest.boundedTo(room).expandedTo(smallest)};
 }
 
 void Cascade(const Windows& windows, const QRect& space) {

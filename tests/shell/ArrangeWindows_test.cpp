@@ -5,6 +5,7 @@
 #include <QMdiSubWindow>
 #include <QRegion>
 #include <QTest>
+#include <QTextEdit>
 
 #include "support/IsolatedSettings.h"
 
@@ -25,6 +26,10 @@ struct Desk {
   void Open() {
     auto* content = new QLabel;
     content->setMinimumSize(200, 100);
+    Open(content);
+  }
+
+  void Open(QWidget* content) {
     QMdiSubWindow* window = Area.addSubWindow(content);
     PlaceNewWindow(Area, *window);
     window->show();
@@ -60,6 +65,7 @@ class ArrangeWindowsTest : public QObject {
   void MinimisedWindowsStayBelowTheTiles();
   void ManyMinimisedWindowsMakeRows();
   void CascadeShowsEveryTitle();
+  void ACascadeOfLargeWindowsShowsEveryTitle();
   void CascadeKeepsTheActiveWindow();
   void NewWindowsAreLargeEnoughAndApart();
   void ANewWindowTakesTheFreePlace();
@@ -149,6 +155,19 @@ void ArrangeWindowsTest::CascadeShowsEveryTitle() {
     QVERIFY(inOrder[i].x() > inOrder[i - 1].x() + 10);
     QVERIFY(inOrder[i].y() > inOrder[i - 1].y() + 10);
   }
+}
+
+void ArrangeWindowsTest::ACascadeOfLargeWindowsShowsEveryTitle() {
+  Desk desk(0);
+  for (int i = 0; i < 4; ++i) desk.Open(new QTextEdit);
+  desk.Area.resize(desk.Windows[0]->sizeHint() + QSize(5, 5));
+  ArrangeWindows(desk.Area, ArrangeMode::Cascade);
+  QSet<int> tops;
+  for (const QMdiSubWindow* window : desk.Windows) {
+    tops.insert(window->y());
+    QVERIFY(desk.Whole().contains(window->geometry()));
+  }
+  QCOMPARE(tops.size(), 4);
 }
 
 void ArrangeWindowsTest::CascadeKeepsTheActiveWindow() {
