@@ -1,6 +1,8 @@
 #include "common/ToolWindow.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <exception>
 #include <utility>
@@ -42,6 +44,29 @@ void ToolWindow::closeEvent(QCloseEvent* event) {
   } catch (const std::exception&) {
     // What cannot be remembered must not keep the window open.
   }
+}
+
+QAbstractButton* ToolWindow::ButtonFor(const QKeyEvent& key) const {
+  if (key.modifiers() != Qt::AltModifier) return nullptr;
+  const QKeySequence pressed(key.keyCombination());
+  for (QAbstractButton* button : findChildren<QAbstractButton*>())
+    if (button->shortcut() == pressed && button->isVisible() && button->isEnabled()) return button;
+  return nullptr;
+}
+
+/// A key that is claimed here comes as a key press, and not as the shortcut of a menu.
+bool ToolWindow::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride && ButtonFor(static_cast<QKeyEvent&>(*event))) {
+    event->accept();
+    return true;
+  }
+  return QWidget::event(event);
+}
+
+void ToolWindow::keyPressEvent(QKeyEvent* event) {
+  QAbstractButton* button = ButtonFor(*event);
+  if (!button) return QWidget::keyPressEvent(event);
+  if (!event->isAutoRepeat()) button->animateClick();
 }
 
 }  // namespace brackwell

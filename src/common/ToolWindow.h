@@ -3,6 +3,8 @@
 #include <QWidget>
 #include <functional>
 
+class QAbstractButton;
+
 namespace brackwell {
 
 class FileSystemObject;
@@ -17,7 +19,8 @@ struct Services {
 };
 
 /// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the
-/// main window calls it by name.
+/// main window calls it by name. While the focus is inside the window, an accelerator of one of its buttons
+/// comes before that of a menu: Alt+F is "&Fix" there and "&File" elsewhere.
 ///
 /// Long work runs on the one thread and lets events through, so a window may be asked to close while its own
 /// code is still on the stack. While a Run is alive the close is put off, the run is told to stop, and the
@@ -61,10 +64,15 @@ class ToolWindow : public QWidget {
   void Unload();
 
   void closeEvent(QCloseEvent* event) override;
+  bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
   Services& mServices;
 
  private:
+  /// The button that can be pressed now by this key, if there is one.
+  QAbstractButton* ButtonFor(const QKeyEvent& key) const;
+
   bool mRunning = false;
   bool mStopAsked = false;
   bool mCloseAsked = false;

@@ -8,6 +8,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
@@ -105,6 +106,7 @@ class frmMainTest : public QObject {
   void ArrangeItems();
   void TheListOfWindows();
   void Shortcuts();
+  void AnAcceleratorOfTheActiveWindowComesBeforeTheMenus();
   void MissingHelpFile();
   void TheHelpKey();
   void HelpFileIsHandedOver();
@@ -368,6 +370,7 @@ void frmMainTest::CloseAllKeepsTheMainWindow() {
 
 void frmMainTest::ArrangeItems() {
   Shell shell;
+  shell.Main.resize(1300, 900);
   shell.Choose(u"mnuTools_Compare"_s);
   shell.Choose(u"mnuTools_Replace"_s);
   const QSize space = shell.Main.findChild<QMdiArea*>()->maximumViewportSize();
@@ -420,6 +423,25 @@ void frmMainTest::Shortcuts() {
   QVERIFY(QTest::qWaitForWindowActive(&shell.Main));
   QTest::keySequence(&shell.Main, QKeySequence(u"Ctrl+Q"_s));
   QVERIFY(!shell.Main.isVisible());
+}
+
+void frmMainTest::AnAcceleratorOfTheActiveWindowComesBeforeTheMenus() {
+  Shell shell;
+  QVERIFY(QTest::qWaitForWindowActive(&shell.Main));
+  shell.Choose(u"mnuTools_Compare"_s);
+  auto* mnuFile = shell.Main.findChild<QMenu*>(u"mnuFile"_s);
+  auto* cmdFix = shell.Main.findChild<QPushButton*>(u"cmdFix"_s);
+  MessageBoxes boxes;
+  cmdFix->show();
+  QTest::keyClick(shell.Main.focusWidget(), Qt::Key_F, Qt::AltModifier);
+  QTRY_COMPARE(boxes.Shown().size(), std::size_t{1});
+  QCOMPARE(boxes.TakeTexts(), QStringList(u"0 files/folders have been fixed."_s));
+  QVERIFY(cmdFix->isHidden());
+  QVERIFY(!mnuFile->isVisible());
+  shell.Main.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&shell.Main));
+  QTest::keyClick(shell.Main.focusWidget(), Qt::Key_F, Qt::AltModifier);
+  QVERIFY(mnuFile->isVisible());
 }
 
 void frmMainTest::MissingHelpFile() {
