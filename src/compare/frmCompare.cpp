@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QVBoxLayout>
 
 #include "common/Busy.h"
 #include "common/Files.h"
@@ -88,22 +89,32 @@ frmCompare::frmCompare(Services& services) : ToolWindow(services) {
   setObjectName(u"frmCompare"_s);
   setWindowTitle(u"Directory Comparison"_s);
 
-  auto* layout = new QGridLayout(this);
+  // Built from top to bottom: this is the order in which Tab visits them.
+  auto* controls = new QGridLayout;
   BuildFolders();
+  QLayout* buttons = BuildButtons();
   BuildOptions();
   BuildGrid();
   stbCompare = Named(new StatusBar(this), u"stbCompare"_s, u"Status"_s);
   stbCompare->AddPanel(MessagePanel);
 
-  layout->setContentsMargins(Margin, Margin, 0, 0);
-  layout->setSpacing(6);
-  layout->addWidget(uctSelSource, 0, 0);
-  layout->addWidget(uctSelTarget, 1, 0);
-  layout->addLayout(BuildButtons(), 2, 0);
-  layout->addWidget(mOptionsPlace, 3, 0);
-  layout->addWidget(grdCompare, 3, 0);
-  layout->setRowStretch(3, 1);
-  layout->addWidget(stbCompare, 4, 0);
+  // The selectors keep a margin at their right themselves; the others leave the same one.
+  controls->setContentsMargins(Margin, Margin, 0, 0);
+  controls->setHorizontalSpacing(0);
+  controls->setVerticalSpacing(6);
+  controls->setColumnMinimumWidth(1, Margin);
+  controls->addWidget(uctSelSource, 0, 0, 1, 2);
+  controls->addWidget(uctSelTarget, 1, 0, 1, 2);
+  controls->addLayout(buttons, 2, 0);
+  controls->addWidget(mOptionsPlace, 3, 0);
+  controls->addWidget(grdCompare, 3, 0);
+  controls->setRowStretch(3, 1);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addLayout(controls);
+  layout->addWidget(stbCompare);
 
   ConnectHandlers();
   Form_Load();
@@ -130,7 +141,6 @@ QLayout* frmCompare::BuildButtons() {
   cmdFix->hide();
 
   auto* layout = new QHBoxLayout;
-  layout->setContentsMargins(0, 0, Margin, 0);
   layout->addWidget(cmdCompare);
   layout->addWidget(cmdFix);
   layout->addWidget(cmdClose);
@@ -176,6 +186,7 @@ void frmCompare::BuildOptions() {
   mOptionsPlace = new QScrollArea(this);
   mOptionsPlace->setWidgetResizable(true);
   mOptionsPlace->setFrameShape(QFrame::NoFrame);
+  mOptionsPlace->setFocusPolicy(Qt::NoFocus);
   mOptionsPlace->setWidget(fraOptions);
   mOptionsPlace->hide();
   fraOptions->hide();
@@ -186,6 +197,7 @@ void frmCompare::BuildGrid() {
   grdCompare = Named(new FlexGrid(this), u"grdCompare"_s, u"Comparison results"_s);
   grdCompare->setModel(mGrid);
   grdCompare->SetColumnElide(CompareGrid::NameColumn, Qt::ElideMiddle);
+  grdCompare->SetColumnElide(CompareGrid::MessageColumn, Qt::ElideMiddle);  // its end says "(FIXED)"
 }
 
 void frmCompare::ConnectHandlers() {
@@ -337,6 +349,7 @@ std::optional<FileSystemError> frmCompare::RunComparison() {
   }
   mGrid->RemoveEmptyRow();
   mGrid->Sort();
+  grdCompare->setCurrentIndex(mGrid->index(0, CompareGrid::NameColumn));
   cmdFix->show();
   cmdFix->setEnabled(true);
   ShowMessage(finished ? QString() : u"Stopped: the list is not complete."_s);
@@ -381,6 +394,8 @@ void frmCompare::grdCompare_DblClick(int row) {
 
 void frmCompare::cmdFix_Click() {
   FixSelected();
+  // The focus would go to the next button, where one more press of a key closes the window.
+  if (window()->focusWidget() == cmdFix) grdCompare->setFocus();
   cmdFix->hide();
 }
 
