@@ -27,7 +27,7 @@ bool IsForUsers(const QStorageInfo& volume) {
 /// What the side bar offers: the user's own folders, then the volumes.
 QList<QUrl> Places() {
   QStringList folders{QDir::homePath(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-                      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)};
+                      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QDir::rootPath()};
   const QList<QStorageInfo> volumes = QStorageInfo::mountedVolumes();
   for (const QStorageInfo& volume : volumes) {
     if (IsForUsers(volume)) folders << volume.rootPath();
