@@ -24,7 +24,7 @@ FixPaths PathsOf(const CompareRow& row, const FixOptions& options) {
   return targetSide ? FixPaths{otherPath, path} : FixPaths{path, otherPath};
 }
 
-std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, std::vector<CompareRow>& rows,
+std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, CompareRows& rows,
                         const FixEvents& events) {
   std::size_t fixCount = 0;
   for (std::size_t index = 0; index < rows.size(); ++index) {

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "compare/CompareRow.h"
 #include "platform/FileSystemObject.h"
@@ -33,7 +32,7 @@ struct FixEvents {
 
 /// Copies what the ticked boxes of the rows say, in their order, and marks rows whose copies succeeded. A
 /// copy that fails is told and the next one done. Gives the number of copies tried.
-std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, std::vector<CompareRow>& rows,
+std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, CompareRows& rows,
                         const FixEvents& events);
 
 }  // namespace brackwell

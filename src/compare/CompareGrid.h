@@ -2,7 +2,6 @@
 
 #include <QAbstractTableModel>
 #include <QIcon>
-#include <vector>
 
 #include "compare/CompareRow.h"
 
@@ -48,8 +47,8 @@ class CompareGrid : public QAbstractTableModel {
   /// Ticks or unticks the box of a cell; false where there is none.
   bool Toggle(int row, int column);
   /// The rows, for whoever fixes them; each change is told by RowChanged.
-  std::vector<CompareRow>& Rows() { return mRows; }
-  const std::vector<CompareRow>& Rows() const { return mRows; }
+  CompareRows& Rows() { return mRows; }
+  const CompareRows& Rows() const { return mRows; }
   void RowChanged(std::size_t row);
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -61,7 +60,7 @@ class CompareGrid : public QAbstractTableModel {
   const QIcon* Picture(const CompareRow& row, int column) const;
 
   const ComparePictures mPictures;
-  std::vector<CompareRow> mRows;
+  CompareRows mRows;
   int mPublished = 0;
   bool mHasEmptyRow = true;
 };

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string>
-#include <vector>
 
 #include "compare/CompareRow.h"
 
@@ -15,7 +14,7 @@ struct CompareReport {
   std::array<std::string, 4> Headers{};  // of the columns that are printed
   std::array<double, 4> ColumnWidths{};  // in any unit,
   double GridWidth = 0;                  // in the same
-  const std::vector<CompareRow>& Rows;
+  const CompareRows& Rows;
   bool HasEmptyRow = false;  // at the end, as the grid has it before and during a comparison
 };
 

@@ -74,7 +74,7 @@ void MarkFixed(CompareRow& row) {
   row.FixTarget = FixBox::None;
 }
 
-void SortByName(std::vector<CompareRow>& rows) {
+void SortByName(CompareRows& rows) {
   std::stable_sort(rows.begin(), rows.end(), [](const CompareRow& a, const CompareRow& b) {
     return CompareIgnoreCaseWithFirst(a.Name, b.Name, PathSeparator) < 0;
   });

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace brackwell {
 
@@ -31,6 +31,10 @@ struct CompareRow {
   bool IsFixed = false;
 };
 
+/// The rows of one comparison. They never move while others come in, a million of them or more, so that no
+/// row keeps the window waiting.
+using CompareRows = std::deque<CompareRow>;
+
 /// A new row with its boxes as the kind demands.
 CompareRow MakeRow(ResultKind kind, std::string name);
 
@@ -53,6 +57,6 @@ void MarkFixed(CompareRow& row);
 
 /// Orders rows by name, ignoring case, the path separator before every other character, so that a folder's
 /// row stands right before its contents. Equal names keep their order.
-void SortByName(std::vector<CompareRow>& rows);
+void SortByName(CompareRows& rows);
 
 }  // namespace brackwell

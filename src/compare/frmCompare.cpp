@@ -411,7 +411,7 @@ void frmCompare::FixSelected() {
     FormProgress progress({.ShowMessage = [this](const QString& text) { ShowMessage(text); },
                            .ShowResults = [] {},
                            .Stopped = [] { return false; }});
-    std::vector<CompareRow>& rows = mGrid->Rows();
+    CompareRows& rows = mGrid->Rows();
     fixCount = brackwell::FixSelected(
         mServices.Files, options, rows,
         {.Fixing = [&](std::size_t row) { progress.Message("Fixing " + rows[row].Name); },

@@ -78,7 +78,7 @@ class CompareEngineTest : public testing::Test {
   bool Finished = false;
 
  private:
-  std::vector<CompareRow> mRows;
+  CompareRows mRows;
 };
 
 const std::string NotInTarget = ": Source file was not found in target folder";

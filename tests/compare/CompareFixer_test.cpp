@@ -43,7 +43,7 @@ class CompareFixerTest : public testing::Test {
   TempTree Tree;
   std::unique_ptr<FileSystemObject> Files = CreateFileSystemObject();
   FixOptions Options;
-  std::vector<CompareRow> Rows;
+  CompareRows Rows;
   Lines Fixing, Problems, Fixed;
   int Ticks = 0;
 };

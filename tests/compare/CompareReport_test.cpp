@@ -32,7 +32,7 @@ std::string Row(const std::string& icon, const std::string& name, const std::str
          "&nbsp;</td></tr>";
 }
 
-std::string PageOf(const std::vector<CompareRow>& rows, bool hasEmptyRow = false) {
+std::string PageOf(const CompareRows& rows, bool hasEmptyRow = false) {
   return ToHtml(
       {.Title = "Directory Comparison",
        .ProgramFolder = "programs",
@@ -54,7 +54,7 @@ TEST(CompareReport, BeforeAnyComparisonThereIsAnEmptyRow) {
 }
 
 TEST(CompareReport, EveryRowHasItsPicturesAndTexts) {
-  std::vector<CompareRow> rows{
+  CompareRows rows{
       MakeRow(ResultKind::SourceFileMissingInTarget, "a.txt"), MakeRow(ResultKind::FolderSame, "sub"),
       MakeRow(ResultKind::TargetFileMissingInSource, "t"), MakeRow(ResultKind::SizesDiffer, "z")};
   MarkFixed(rows[3]);

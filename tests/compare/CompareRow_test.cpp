@@ -70,7 +70,7 @@ TEST(CompareRow, AFixedRowCanNoLongerBeTicked) {
 }
 
 std::vector<std::string> Sorted(std::vector<std::string> names) {
-  std::vector<CompareRow> rows;
+  CompareRows rows;
   for (std::string& name : names) {
     std::ranges::replace(name, '/', PathSeparator);
     rows.push_back(MakeRow(ResultKind::FileSame, name));
@@ -96,7 +96,7 @@ TEST(SortByName, AFolderStandsRightBeforeItsContents) {
 }
 
 TEST(SortByName, EqualNamesKeepTheirOrder) {
-  std::vector<CompareRow> rows;
+  CompareRows rows;
   for (int i = 0; i < 500; ++i)
     rows.push_back(MakeRow(i % 2 ? ResultKind::FileSame : ResultKind::SizesDiffer, i % 2 ? "NAME" : "name"));
   SortByName(rows);

@@ -43,7 +43,7 @@ class report_in_browser_test : public QObject {
     const QString chromium = QStandardPaths::findExecutable(u"chromium"_s);
     QVERIFY2(!chromium.isEmpty(), "chromium is not installed: tools/set-up test");
 
-    std::vector<CompareRow> rows{
+    CompareRows rows{
         MakeRow(ResultKind::SourceFileMissingInTarget, "<script>top.hostile = hostile = 1</script>"),
         MakeRow(ResultKind::FolderSame, "\"><img src=x onerror=\"hostile=1\">"),
         MakeRow(ResultKind::TargetFileNewer, "gr\xc3\xbc\xc3\x9f \xe2\x82\xac \xf0\x9f\x98\x80 & co"),
