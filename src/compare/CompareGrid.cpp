@@ -84,10 +84,17 @@ CompareGrid::CompareGrid(ComparePictures pictures, QObject* parent)
 
 void CompareGrid::Init() {
   beginResetModel();
+  if (mOldRows.empty()) mOldRows.swap(mRows);
   mRows.clear();
   mPublished = 0;
   mHasEmptyRow = true;
   endResetModel();
+}
+
+/// To let go of a million rows takes as long as to be noticed, so each new row takes one of them along.
+void CompareGrid::AddCompareRow(CompareRow row) {
+  mRows.push_back(std::move(row));
+  if (!mOldRows.empty()) mOldRows.pop_back();
 }
 
 void CompareGrid::Publish() {
@@ -106,6 +113,7 @@ void CompareGrid::RemoveEmptyRow() {
 }
 
 void CompareGrid::Sort() {
+  mOldRows.clear();
   beginResetModel();
   SortByName(mRows);
   mPublished = static_cast<int>(mRows.size());

@@ -38,7 +38,7 @@ class CompareGrid : public QAbstractTableModel {
 
   /// No rows but the empty one.
   void Init();
-  void AddCompareRow(CompareRow row) { mRows.push_back(std::move(row)); }
+  void AddCompareRow(CompareRow row);
   void Publish();
   void RemoveEmptyRow();
   bool HasEmptyRow() const { return mHasEmptyRow; }
@@ -61,6 +61,7 @@ class CompareGrid : public QAbstractTableModel {
 
   const ComparePictures mPictures;
   CompareRows mRows;
+  CompareRows mOldRows;  // of the comparison before, on their way out
   int mPublished = 0;
   bool mHasEmptyRow = true;
 };
