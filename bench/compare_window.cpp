@@ -1,16 +1,17 @@
 // The comparison's window over two trees: compare_window <source> <target>
 //
-// Prints the longest time for which the window did not come to handle an event while it walked, and what the
-// end took: the sort, then the painting of the sorted rows. Twice, since the second comparison has the rows
-// of the first to get rid of.
+// Prints the longest time for which the window did not come to handle an event while it walked, the most that
+// it worked itself at a stretch (the rest of a stall the machine spent on others), and what the end took: the
+// sort, then the painting of the sorted rows. Twice, since the second comparison has the rows of the first to
+// get rid of.
 
 #include <QApplication>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 
 #include "compare/CompareGrid.h"
 #include "compare/frmCompare.h"
@@ -22,51 +23,66 @@ namespace {
 
 using namespace brackwell;
 using namespace Qt::StringLiterals;
-using Clock = std::chrono::steady_clock;
 
-double Milliseconds(Clock::duration time) { return std::chrono::duration<double, std::milli>(time).count(); }
+double Milliseconds(clockid_t clock) {
+  timespec now{};
+  clock_gettime(clock, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
 
-/// Comes to its turn whenever events are handled, and notes how long that took since it last did.
+/// Time that passes, and the part of it in which this thread worked.
+struct Watch {
+  void Restart() {
+    mStart = Milliseconds(CLOCK_MONOTONIC);
+    mWorkStart = Milliseconds(CLOCK_THREAD_CPUTIME_ID);
+  }
+  double Passed() const { return Milliseconds(CLOCK_MONOTONIC) - mStart; }
+  double Worked() const { return Milliseconds(CLOCK_THREAD_CPUTIME_ID) - mWorkStart; }
+
+ private:
+  double mStart = 0;
+  double mWorkStart = 0;
+};
+
+/// Takes its turn whenever events are handled, and notes how long it had to wait for it.
 class StallWatch : public QObject {
  public:
-  explicit StallWatch(const CompareGrid& grid) : mGrid(grid) { startTimer(0); }
+  StallWatch() {
+    startTimer(0);
+    mSinceLast.Restart();
+  }
 
-  void Start() { mLast = Clock::now(); }
-  Clock::duration SinceLast() const { return Clock::now() - mLast; }
-  Clock::duration Longest() const { return mLongest; }
-  std::size_t RowsAtLongest() const { return mRowsAtLongest; }
+  double SinceLast() const { return mSinceLast.Passed(); }
+  double Longest() const { return mLongest; }
+  double LongestWork() const { return mLongestWork; }
 
  protected:
   void timerEvent(QTimerEvent* /*event*/) override {
-    const auto stall = SinceLast();
-    if (stall > mLongest) {
-      mLongest = stall;
-      mRowsAtLongest = mGrid.Rows().size();
-    }
-    mLast = Clock::now();
+    mLongest = std::max(mLongest, mSinceLast.Passed());
+    mLongestWork = std::max(mLongestWork, mSinceLast.Worked());
+    mSinceLast.Restart();
   }
 
  private:
-  const CompareGrid& mGrid;
-  Clock::time_point mLast;
-  Clock::duration mLongest{};
-  std::size_t mRowsAtLongest = 0;
+  Watch mSinceLast;
+  double mLongest = 0;
+  double mLongestWork = 0;
 };
 
 /// Clicks Compare and waits for its end.
 void Compare(frmCompare& form) {
-  StallWatch watch(form.Grid());
-  const auto start = Clock::now();
-  watch.Start();
+  Watch total;
+  total.Restart();
+  const StallWatch stalls;
   form.findChild<QPushButton*>(u"cmdCompare"_s)->click();
-  const auto end = Clock::now();
-  const auto sort = watch.SinceLast();
-  const auto longest = watch.Longest();
-  const std::size_t rowsAtLongest = watch.RowsAtLongest();
+  const double sort = stalls.SinceLast();
+  const double seconds = total.Passed() / 1000;
+  const double longest = stalls.Longest();
+  const double longestWork = stalls.LongestWork();
+  total.Restart();
   QCoreApplication::processEvents();
-  std::printf("longest stall %.0f ms (at row %zu) sort %.0f ms painting %.0f ms rows %zu seconds %.2f\n",
-              Milliseconds(longest), rowsAtLongest, Milliseconds(sort), Milliseconds(Clock::now() - end),
-              form.Grid().Rows().size(), Milliseconds(end - start) / 1000);
+  std::printf("longest stall %.0f ms (work %.0f ms) sort %.0f ms painting %.0f ms rows %zu seconds %.2f\n",
+              longest, longestWork, sort, total.Passed(), form.Grid().Rows().size(), seconds);
 }
 
 }  // namespace
@@ -88,6 +104,5 @@ int main(int argc, char** argv) {
   form.findChild<uctSelectDir*>(u"uctSelSource"_s)->SetFolder(QString::fromLocal8Bit(argv[1]) + u'/');
   form.findChild<uctSelectDir*>(u"uctSelTarget"_s)->SetFolder(QString::fromLocal8Bit(argv[2]) + u'/');
   QCoreApplication::processEvents();
-
   for (int i = 0; i < 2; ++i) Compare(form);
 }

@@ -130,8 +130,8 @@ std::vector<CompareEngine::SubFolder> CompareEngine::CompareSourceFiles(const st
   std::vector<SubFolder> subFolders;
   if (!mOptions.CompareSubfolders) return subFolders;
   for (const Member& member : folder->SubFolders()) {
-    if (IsExcluded(member.Name)) continue;
-    subFolders.push_back({std::string(member.Name), member.IsLink, IsFolderStatus(target.Find(member.Name))});
+    if (!IsExcluded(member.Name))
+      subFolders.push_back({std::string(member.Name), member.IsLink, IsFolderStatus(target.Find(member.Name))});
     DoEvents();
   }
   return subFolders;
@@ -193,16 +193,17 @@ void CompareEngine::RememberTarget(Folder& source, Folder& target) try {
   if (mOptions.FlagTargetFileMissing) {
     Alongside sourceFiles(source.Files());
     for (const Member& file : target.Files()) {
+      DoEvents();
       if (sourceFiles.Has(file.Name) || IsExcluded(file.Name)) continue;
       // Names may be written in another case, and files may have come since: the file system has the last
       // word.
       if (!IsFileStatus(source.Find(file.Name))) remembered.FilesMissingInSource.emplace_back(file.Name);
-      DoEvents();
     }
   }
   if (mOptions.CompareSubfolders) {
     Alongside sourceFolders(source.SubFolders());
     for (const Member& member : target.SubFolders()) {
+      DoEvents();
       const bool inSource = sourceFolders.Has(member.Name);
       if (IsExcluded(member.Name)) continue;
       remembered.SubFolders.push_back(
