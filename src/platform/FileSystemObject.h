@@ -94,7 +94,7 @@ class FileSystemObject {
   virtual bool FileExists(const std::string& path) const = 0;
   virtual bool FolderExists(const std::string& path) const = 0;
 
-  /// Raises FileNotFound where there is no file.
+  /// Raises FileNotFound where there is no file, PermissionDenied where that may not be known.
   virtual ItemProperties GetFile(const std::string& path) const = 0;
   /// Raises PathNotFound where there is no folder. `tick` is called while the members are read.
   virtual std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick = {}) const = 0;

@@ -102,9 +102,10 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
   ItemProperties GetFile(const std::string& path) const override {
-    if (!FileExists(path)) throw FileSystemError(FileError::FileNotFound, path);
     const Location location(path);
-    return posix::PropertiesAt(location.Folder(), location.Name(), path);
+    ItemProperties file = posix::PropertiesAt(location.Folder(), location.Name(), path);
+    if (file.Attributes & Attribute::Directory) throw FileSystemError(FileError::FileNotFound, path);
+    return file;
   }
 
   std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick) const override {

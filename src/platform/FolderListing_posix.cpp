@@ -32,6 +32,11 @@ bool IsLink(const std::string& path) {
          S_ISLNK(status.st_mode);
 }
 
+/// Whether a look-up says that there can be nothing, rather than that it may not tell.
+bool IsNowhere(int code) {
+  return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
+}
+
 class Listing final : public Folder {
  public:
   Listing(std::string path, Handle handle, bool readable, Tick tick)
@@ -127,7 +132,7 @@ std::optional<FileStatus> FindAt(int folder, const char* name) {
 ItemProperties PropertiesAt(int folder, const char* name, const std::string& path) {
   struct statx own {};
   if (statx(folder, name, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &own) != 0)
-    Raise(errno, path, FileError::FileNotFound);
+    Raise(IsNowhere(errno) ? ENOENT : errno, path, FileError::FileNotFound);
   struct statx target = own;
   if (S_ISLNK(own.stx_mode) && statx(folder, name, 0, STATX_BASIC_STATS | STATX_BTIME, &target) != 0)
     target = own;
