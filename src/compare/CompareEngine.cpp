@@ -131,7 +131,8 @@ std::vector<CompareEngine::SubFolder> CompareEngine::CompareSourceFiles(const st
   if (!mOptions.CompareSubfolders) return subFolders;
   for (const Member& member : folder->SubFolders()) {
     if (!IsExcluded(member.Name))
-      subFolders.push_back({std::string(member.Name), member.IsLink, IsFolderStatus(target.Find(member.Name))});
+      subFolders.push_back(
+          {std::string(member.Name), member.IsLink, IsFolderStatus(target.Find(member.Name))});
     DoEvents();
   }
   return subFolders;
@@ -146,7 +147,7 @@ void CompareEngine::CompareSourceFile(Folder& folder, const OtherSide& target, s
     return AddCompareRow(ResultKind::SourceFileMissingInTarget, mOptions.SourceRoot, path);
   }
   const auto here = folder.Find(name);
-  if (!IsFileStatus(here)) return;  // gone since the folder was listed
+  if (!IsFileStatus(here)) return RequireGone(std::string(path));
 
   ResultKind kind = ResultKind::FileSame;
   if (mOptions.FlagSourceNewer && here->DateLastModified > there->DateLastModified)
@@ -156,6 +157,16 @@ void CompareEngine::CompareSourceFile(Folder& folder, const OtherSide& target, s
   else if (mOptions.FlagSizes && here->Size != there->Size)
     kind = ResultKind::SizesDiffer;
   AddCompareRow(kind, mOptions.SourceRoot, path);
+}
+
+/// A file that was listed and is not found has gone meanwhile, or lies in a folder that may not be looked
+/// into.
+void CompareEngine::RequireGone(const std::string& path) const {
+  try {
+    mFiles.GetFile(path);
+  } catch (const FileSystemError& error) {
+    if (error.Kind() != FileError::FileNotFound) throw;
+  }
 }
 
 void CompareEngine::CompareSourceSubFolder(const std::string& path, const SubFolder& subFolder) {
@@ -181,9 +192,8 @@ void CompareEngine::CompareTargetFolder(const std::string& path) {
 void CompareEngine::CompareTargetSubFolder(const std::string& path, const SubFolder& subFolder) {
   const std::string subPath(Checking(path, subFolder.Name));
   if (mOptions.FlagTargetFolderMissing && !subFolder.IsOnOtherSide)
-    AddCompareRow(ResultKind::TargetFolderMissingInSource, mOptions.TargetRoot, subPath);
-  else if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.TargetRoot, subPath))
-    CompareTargetFolder(subPath);
+    return AddCompareRow(ResultKind::TargetFolderMissingInSource, mOptions.TargetRoot, subPath);
+  if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.TargetRoot, subPath)) CompareTargetFolder(subPath);
 }
 
 /// While a source folder and its counterpart are both open and listed, what the walk over the target needs of

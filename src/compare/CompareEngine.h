@@ -43,9 +43,9 @@ class CompareEngine {
   CompareEngine(const FileSystemObject& files, CompareOptions options, Progress& progress,
                 CompareRowSink sink);
 
-  /// True when it came to its end, false when it was stopped. Raises FileSystemError: for a folder that
-  /// cannot be read, and for a source file without counterpart where such files are not flagged. Rows given
-  /// by then are good.
+  /// True when it came to its end, false when it was stopped. Raises FileSystemError: for a root that is not
+  /// there, for a folder that cannot be read or looked into, and for a source file without counterpart where
+  /// such files are not flagged. Rows given by then are good.
   bool RunComparison();
 
  private:
@@ -65,6 +65,7 @@ class CompareEngine {
   std::vector<SubFolder> CompareSourceFiles(const std::string& path);
   void CompareSourceFile(Folder& folder, const OtherSide& target, std::string_view name);
   void CompareSourceSubFolder(const std::string& path, const SubFolder& subFolder);
+  void RequireGone(const std::string& path) const;
   void CompareTargetFolder(const std::string& path);
   void CompareTargetSubFolder(const std::string& path, const SubFolder& subFolder);
 
