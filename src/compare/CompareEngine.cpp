@@ -47,6 +47,16 @@ std::unique_ptr<Folder> OpenIfThere(const FileSystemObject& files, const std::st
   }
 }
 
+/// Walks the folder at `path` by `step`, which may find that it has gone since it was listed.
+template <typename Step>
+void UnlessGone(const std::string& path, Step step) {
+  try {
+    step();
+  } catch (const FileSystemError& error) {
+    if (error.Kind() != FileError::PathNotFound || error.Path() != path) throw;
+  }
+}
+
 void MakeUpper(std::vector<std::string>& texts) {
   for (std::string& text : texts) text = Upper(text);
 }
@@ -174,7 +184,9 @@ void CompareEngine::CompareSourceSubFolder(const std::string& path, const SubFol
   if (mOptions.FlagSourceFolderMissing && !subFolder.IsOnOtherSide)
     return AddCompareRow(ResultKind::SourceFolderMissingInTarget, mOptions.SourceRoot, subPath);
   AddCompareRow(ResultKind::FolderSame, mOptions.SourceRoot, subPath);
-  if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.SourceRoot, subPath)) CompareSourceFolder(subPath);
+  UnlessGone(subPath, [&] {
+    if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.SourceRoot, subPath)) CompareSourceFolder(subPath);
+  });
 }
 
 void CompareEngine::CompareTargetFolder(const std::string& path) {
@@ -193,7 +205,9 @@ void CompareEngine::CompareTargetSubFolder(const std::string& path, const SubFol
   const std::string subPath(Checking(path, subFolder.Name));
   if (mOptions.FlagTargetFolderMissing && !subFolder.IsOnOtherSide)
     return AddCompareRow(ResultKind::TargetFolderMissingInSource, mOptions.TargetRoot, subPath);
-  if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.TargetRoot, subPath)) CompareTargetFolder(subPath);
+  UnlessGone(subPath, [&] {
+    if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.TargetRoot, subPath)) CompareTargetFolder(subPath);
+  });
 }
 
 /// While a source folder and its counterpart are both open and listed, what the walk over the target needs of

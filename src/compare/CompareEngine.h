@@ -45,7 +45,7 @@ class CompareEngine {
 
   /// True when it came to its end, false when it was stopped. Raises FileSystemError: for a root that is not
   /// there, for a folder that cannot be read or looked into, and for a source file without counterpart where
-  /// such files are not flagged. Rows given by then are good.
+  /// such files are not flagged. Rows given by then are good. What goes while it runs is passed over.
   bool RunComparison();
 
  private:
