@@ -1,7 +1,9 @@
 #include "common/Settings.h"
 
+#include <QDir>
 #include <QSettings>
 #include <QStringList>
+#include <QVariantMap>
 #include <cmath>
 #include <limits>
 
@@ -42,14 +44,40 @@ class Store {
   /// An unquoted comma in a hand-written file makes a list of the value; it is put together again.
   QString Value(const QString& name) const { return mStore.value(name).toStringList().join(u','); }
 
-  void Set(const QString& name, const QString& value) { mStore.setValue(name, value); }
+  void Save(const QString& section, const QString& key, const QString& value) {
+    QStringList names = Find(section, key);
+    if (names.isEmpty()) names << NewName(section, key);
+    mStore.setValue(names.takeFirst(), value);
+    for (const QString& duplicate : names) mStore.remove(duplicate);
+  }
+
   void Remove(const QString& name) { mStore.remove(name); }
 
+  QVariantMap All() const {
+    QVariantMap all;
+    const QStringList names = mStore.allKeys();
+    for (const QString& name : names) all[name] = mStore.value(name);
+    return all;
+  }
+
+  void Restore(const QVariantMap& all) {
+    mStore.clear();
+    for (auto it = all.begin(); it != all.end(); ++it) mStore.setValue(it.key(), it.value());
+  }
+
+  /// False where what was changed has not reached the disk.
+  bool Write() {
+    mStore.sync();
+    return mStore.status() == QSettings::NoError;
+  }
+
+  QString Place() const { return QDir::toNativeSeparators(mStore.fileName()); }
+
+ private:
   static QString NewName(const QString& section, const QString& key) {
     return SameName(section, u"General"_s) ? Escape(key) : Escape(section) + u'/' + Escape(key);
   }
 
- private:
   QSettings mStore;  // written to disk when it goes
 };
 
@@ -69,12 +97,22 @@ QString GetSetting(const QString& section, const QString& key, const QString& de
 }
 
 void SaveSetting(const QString& section, const QString& key, const QString& value) {
-  Store store;
-  QStringList names = store.Find(section, key);
-  if (names.isEmpty()) names << Store::NewName(section, key);
-  store.Set(names.takeFirst(), value);
-  for (const QString& duplicate : names) store.Remove(duplicate);
+  Store().Save(section, key, value);
 }
+
+bool SaveSettings(const std::vector<Setting>& settings) {
+  // Read through a store of its own: that a file was written by hand and holds lines that are no settings
+  // would count as a fault of the one that reads it first.
+  const QVariantMap before = Store().All();
+  Store store;
+  for (const Setting& setting : settings) store.Save(setting.Section, setting.Key, setting.Value);
+  if (store.Write()) return true;
+  // What cannot be written would stay in memory, and be written whenever that works again.
+  store.Restore(before);
+  return false;
+}
+
+QString SettingsPlace() { return Store().Place(); }
 
 void DeleteSetting(const QString& section, const QString& key) {
   Store store;

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <optional>
+#include <vector>
 
 // What the program remembers between runs: texts under (section, key) in the platform's per-user store.
 // Sections and keys are found whatever their case, also those that somebody wrote there by hand. A key may
@@ -15,6 +16,19 @@ QString GetSetting(const QString& section, const QString& key, const QString& de
 /// Creates or overwrites. Other windows see the value at once, and so does the next run however this one
 /// ends.
 void SaveSetting(const QString& section, const QString& key, const QString& value);
+
+struct Setting {
+  QString Section;
+  QString Key;
+  QString Value;
+};
+
+/// Saves all of them in one step and makes sure that they are on the disk. Where they cannot be written
+/// nothing is saved, also not for the rest of this run, and the result is false.
+bool SaveSettings(const std::vector<Setting>& settings);
+
+/// Where the settings are kept, as a user would look for it.
+QString SettingsPlace();
 
 /// Forgets the key; one that is not there is no error.
 void DeleteSetting(const QString& section, const QString& key);

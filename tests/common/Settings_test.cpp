@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTest>
 
+#include "support/FullDisk_posix.h"
 #include "support/IsolatedSettings.h"
 
 using namespace Qt::StringLiterals;
@@ -113,6 +114,56 @@ class Settings_test : public QObject {
     DeleteSetting(u"Compare"_s, u"SourceFolder"_s);
     QCOMPARE(ReadStore(), QByteArray("[Compare]\nTargetFolder=/c/\n"));
   }
+
+  void SeveralAreSavedAtOnce() {
+    WriteStore("[Compare]\nprefix=old\nPREFIX=older\n[Replace]\nExclude=kept\n");
+    QVERIFY(SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}, {u"General"_s, u"AppMaximized"_s, u"1"_s}}));
+    QCOMPARE(ReadStore(),
+             QByteArray("[General]\nAppMaximized=1\n\n[Compare]\nPREFIX=new\n\n[Replace]\nExclude=kept\n"));
+  }
+
+  void SavingReplacesLinesThatAreNoSettings() {
+    WriteStore("[General]\nnonsense\nAppMaximized=1\n");
+    QVERIFY(SaveSettings({{u"General"_s, u"AppMaximized"_s, u"0"_s}}));
+    QCOMPARE(ReadStore(), QByteArray("[General]\nAppMaximized=0\n"));
+  }
+
+  void WhatCannotBeWrittenIsNotSaved_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("nothing stored") << QByteArray();
+    QTest::newRow("a setting") << QByteArray("[Compare]\nPrefix=old\nprefix=older\n");
+    QTest::newRow("nonsense as well") << QByteArray("[Compare]\nnonsense\nPrefix=old\n");
+  }
+  void WhatCannotBeWrittenIsNotSaved() {
+    QFETCH(QByteArray, content);
+    WriteStore(content);
+    const QString before = GetSetting(u"Compare"_s, u"Prefix"_s);
+    {
+      const FullDisk full;
+      QVERIFY(!SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}, {u"Compare"_s, u"Other"_s, u"1"_s}}));
+    }
+    QCOMPARE(ReadStore(), content);
+    QCOMPARE(GetSetting(u"Compare"_s, u"Prefix"_s), before);
+    QCOMPARE(GetSetting(u"Compare"_s, u"Other"_s, u"none"_s), u"none"_s);
+    SaveSetting(u"Replace"_s, u"Exclude"_s, u"x"_s);
+    QVERIFY(!ReadStore().contains("new"));
+    QVERIFY(SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}}));
+    QCOMPARE(ReadStore().count("new"), 1);
+  }
+
+  void AFolderThatCannotBeMade() {
+    const QString folder = QFileInfo(isolatedSettings.FileName()).path();
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile file(folder);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(!SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}}));
+    QCOMPARE(GetSetting(u"Compare"_s, u"Prefix"_s, u"none"_s), u"none"_s);
+    QVERIFY(file.remove());
+    QVERIFY(SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}}));
+    QCOMPARE(ReadStore(), QByteArray("[Compare]\nPrefix=new\n"));
+  }
+
+  void ThePlaceIsTheFile() { QCOMPARE(SettingsPlace(), isolatedSettings.FileName()); }
 
   void ChangesOfAnotherProgramAreSeen() {
     SaveSetting(u"Compare"_s, u"Prefix"_s, u"mine"_s);
