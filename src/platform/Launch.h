@@ -10,4 +10,8 @@ namespace brackwell {
 /// a native window handle or null.
 int OpenDocument(const std::string& path, void* ownerWindow);
 
+/// Starts a program, given by its full path, in a normal window of its own that gets the focus. It runs on
+/// when this one ends. False where it cannot be started.
+bool StartProgram(const std::string& path);
+
 }  // namespace brackwell

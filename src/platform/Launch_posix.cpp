@@ -11,6 +11,7 @@
 #include <csignal>
 #include <filesystem>
 #include <future>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <thread>
@@ -108,10 +109,10 @@ class SpawnSettings {
   SpawnSettings(const SpawnSettings&) = delete;
   SpawnSettings& operator=(const SpawnSettings&) = delete;
 
-  int Spawn(pid_t& process, std::string argument) const {
-    std::string program = kOpener;
-    char* arguments[] = {program.data(), argument.data(), nullptr};
-    return posix_spawnp(&process, kOpener, &mFiles, &mAttributes, arguments, environ);
+  /// Gives an error number, or 0. A program without a folder is looked for in PATH.
+  int Spawn(pid_t& process, std::string program, std::optional<std::string> argument = {}) const {
+    char* arguments[] = {program.data(), argument ? argument->data() : nullptr, nullptr};
+    return posix_spawnp(&process, program.c_str(), &mFiles, &mAttributes, arguments, environ);
   }
 
  private:
@@ -141,16 +142,22 @@ Code CodeOfExit(int exitCode) {
   }
 }
 
-/// Openers that hand the document over end soon; those that become the document's program run on.
-Code CodeOfOpener(pid_t process) {
+/// The exit code, once there is one. Not valid where nobody can be made to wait for it.
+std::future<int> ExitCodeOf(pid_t process) {
   std::packaged_task<int()> wait([process] { return WaitForEnd(process); });
   std::future<int> exitCode = wait.get_future();
   try {
     std::thread(std::move(wait)).detach();
   } catch (const std::system_error&) {
-    return Opened;  // started, but nobody can wait for it
+    return {};
   }
-  if (exitCode.wait_for(kPatience) != std::future_status::ready) return Opened;
+  return exitCode;
+}
+
+/// Openers that hand the document over end soon; those that become the document's program run on.
+Code CodeOfOpener(pid_t process) {
+  std::future<int> exitCode = ExitCodeOf(process);
+  if (!exitCode.valid() || exitCode.wait_for(kPatience) != std::future_status::ready) return Opened;
   return CodeOfExit(exitCode.get());
 }
 
@@ -174,8 +181,15 @@ int OpenDocument(const std::string& path, void* /*ownerWindow*/) {
   if (checked != Opened) return checked;
 
   pid_t process = 0;
-  const int error = SpawnSettings().Spawn(process, FileUri(document));
+  const int error = SpawnSettings().Spawn(process, kOpener, FileUri(document));
   return error == 0 ? CodeOfOpener(process) : CodeOfSpawnError(error);
+}
+
+bool StartProgram(const std::string& path) {
+  pid_t process = 0;
+  if (SpawnSettings().Spawn(process, path) != 0) return false;
+  ExitCodeOf(process);  // it is collected when it ends, however long from now
+  return true;
 }
 
 }  // namespace brackwell

@@ -15,4 +15,15 @@ int OpenDocument(const std::string& path, void* ownerWindow) {
   return static_cast<int>(std::min<std::intptr_t>(reinterpret_cast<std::intptr_t>(code), 33));
 }
 
+bool StartProgram(const std::string& path) {
+  const std::wstring program = win32::Widen(path);
+  SHELLEXECUTEINFOW start{};
+  start.cbSize = sizeof start;
+  // The paths of the system's own programs may begin with "%ProgramFiles%".
+  start.fMask = SEE_MASK_DOENVSUBST | SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
+  start.lpFile = program.c_str();
+  start.nShow = SW_SHOWNORMAL;
+  return ShellExecuteExW(&start) != 0;
+}
+
 }  // namespace brackwell

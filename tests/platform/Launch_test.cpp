@@ -35,6 +35,17 @@ bool Appears(const fs::path& path) {
   return fs::exists(path);
 }
 
+/// Waits for the children to end and to be collected.
+bool NoChildIsLeft() {
+  bool anyChild = true;
+  for (int i = 0; i < 500 && anyChild; ++i) {
+    std::this_thread::sleep_for(10ms);
+    siginfo_t ended{};
+    anyChild = waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT) == 0;
+  }
+  return !anyChild;
+}
+
 /// A temporary folder with a stand-in for the opener, found before any real one.
 class LaunchTest : public testing::Test {
  protected:
@@ -62,6 +73,13 @@ class LaunchTest : public testing::Test {
   void OpenerWrites(const std::string& command) {
     OpenerIs("{ " + command + "; } > '" + (mFolder / "part").string() + "'; mv '" +
              (mFolder / "part").string() + "' '" + Seen().string() + "'");
+  }
+
+  /// A program that leaves in `seen` what `command` prints.
+  std::string ProgramWrites(const std::string& command) {
+    OpenerWrites(command);
+    fs::rename(mFolder / "bin" / "xdg-open", mFolder / "a program's file");
+    return (mFolder / "a program's file").string();
   }
 
   fs::path Seen() const { return mFolder / "seen"; }
@@ -163,13 +181,7 @@ TEST_F(LaunchTest, AnOpenerThatRunsOnIsASuccessAfterASecond) {
 TEST_F(LaunchTest, NoZombieIsLeft) {
   OpenerIs("sleep 1.5");
   EXPECT_EQ(OpenDocument(Document("report.htm"), nullptr), Opened);
-  bool anyChild = true;
-  for (int i = 0; i < 500 && anyChild; ++i) {
-    std::this_thread::sleep_for(10ms);
-    siginfo_t ended{};
-    anyChild = waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT) == 0;
-  }
-  EXPECT_FALSE(anyChild);
+  EXPECT_TRUE(NoChildIsLeft());
 }
 
 TEST_F(LaunchTest, TheOpenerGetsNothingOfOurs) {
@@ -182,6 +194,28 @@ TEST_F(LaunchTest, TheOpenerGetsNothingOfOurs) {
   close(leaked);
   ASSERT_TRUE(Appears(Seen()));
   EXPECT_EQ(Read(Seen()), "/dev/null\n/dev/null\nsession\n");
+}
+
+TEST_F(LaunchTest, AProgramIsStartedWithoutArguments) {
+  EXPECT_TRUE(StartProgram(ProgramWrites("echo $#")));
+  ASSERT_TRUE(Appears(Seen()));
+  EXPECT_EQ(Read(Seen()), "0\n");
+}
+
+TEST_F(LaunchTest, AProgramThatRunsOnHoldsNobodyUpAndIsOnItsOwn) {
+  EXPECT_TRUE(
+      StartProgram(ProgramWrites("sleep 1; test $(ps -o sid= -p $$) -eq $$ && readlink /proc/$$/fd/0")));
+  EXPECT_FALSE(fs::exists(Seen()));
+  ASSERT_TRUE(Appears(Seen()));
+  EXPECT_EQ(Read(Seen()), "/dev/null\n");
+  EXPECT_TRUE(NoChildIsLeft());
+}
+
+TEST_F(LaunchTest, WhatIsNoProgramIsNotStarted) {
+  EXPECT_FALSE(StartProgram((mFolder / "none").string()));
+  EXPECT_FALSE(StartProgram(mFolder.string()));
+  EXPECT_FALSE(StartProgram(Document("text")));
+  EXPECT_FALSE(StartProgram(""));
 }
 
 }  // namespace

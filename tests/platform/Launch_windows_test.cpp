@@ -18,5 +18,14 @@ TEST(LaunchOnWindows, AMissingFolderHasTheCodeOfTheShell) {
   EXPECT_EQ(OpenDocument(tree.Path("none/report.htm"), nullptr), 3);
 }
 
+TEST(LaunchOnWindows, ProgramsAreStartedAlsoByTheSystemsVariables) {
+  EXPECT_TRUE(StartProgram("%windir%\\system32\\hostname.exe"));
+}
+
+TEST(LaunchOnWindows, AMissingProgramIsNotStarted) {
+  TempTree tree;
+  EXPECT_FALSE(StartProgram(tree.Path("none.exe")));
+}
+
 }  // namespace
 }  // namespace brackwell
