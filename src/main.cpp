@@ -1,8 +1,9 @@
 #include <QApplication>
-#include <QIcon>
 #include <QStyle>
 
+#include "common/Program.h"
 #include "shell/ToolTable.h"
+#include "shell/frmImages.h"
 #include "shell/frmMain.h"
 
 using namespace Qt::StringLiterals;
@@ -13,14 +14,8 @@ void SetNames() {
   // No display name: it would be put after the caption of every dialog.
   QApplication::setOrganizationName(u"Brackwell"_s);
   QApplication::setApplicationName(u"Brackwell"_s);
-  QApplication::setApplicationVersion(QStringLiteral(BRACKWELL_VERSION));
+  QApplication::setApplicationVersion(QString::fromUtf8(brackwell::ProgramVersion));
   QApplication::setDesktopFileName(u"io.github.brackwell.Brackwell"_s);
-}
-
-QIcon ProgramIcon() {
-  QIcon icon;
-  for (const int size : {16, 32, 48, 64, 128, 256}) icon.addFile(u":/icons/app/Brackwell-%1.png"_s.arg(size));
-  return icon;
 }
 
 /// The native styles of Windows follow neither a dark palette nor fractional scaling as well as this one.
@@ -35,7 +30,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   SetNames();
   SetStyle();
-  QApplication::setWindowIcon(ProgramIcon());
+  QApplication::setWindowIcon(brackwell::ProgramIcon());
 
   brackwell::frmMain main(brackwell::ToolTable());
   main.show();

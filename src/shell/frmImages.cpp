@@ -24,6 +24,12 @@ std::vector<frmImages::ListImage> LoadPictures(std::initializer_list<QString> ke
 
 }  // namespace
 
+QIcon ProgramIcon() {
+  QIcon icon;
+  for (const int size : {16, 32, 48, 64, 128, 256}) icon.addFile(u":/icons/app/Brackwell-%1.png"_s.arg(size));
+  return icon;
+}
+
 frmImages::frmImages()
     : imlIcons16(
           LoadPictures({u"DirCompare"_s, u"RenImages"_s, u"DirDisplay"_s, u"Replace"_s, u"FontDisplay"_s,

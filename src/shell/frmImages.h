@@ -9,6 +9,9 @@
 
 namespace brackwell {
 
+/// The program's own picture, drawn for every size from a menu to a dialog on a dense screen.
+QIcon ProgramIcon();
+
 /// Holds what other windows borrow: the pictures of toolbar, lists and grids, the folder dialog. Never shown.
 ///
 /// A picture's handle is its QIcon::cacheKey: all copies of one picture share it, no two pictures do.
