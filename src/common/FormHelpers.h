@@ -14,6 +14,14 @@ namespace brackwell {
 class FlexGrid;
 class ListView;
 
+/// Gives a control its name in the code, and the one that is read out to who cannot see it.
+template <typename Control>
+Control* Named(Control* control, const QString& name, const QString& accessibleName) {
+  control->setObjectName(name);
+  control->setAccessibleName(accessibleName);
+  return control;
+}
+
 /// Measures of windows are in twips, 1440 to the inch.
 double TwipsPerPixel();
 

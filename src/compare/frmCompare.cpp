@@ -59,13 +59,6 @@ constexpr std::array<OptionText, 7> OptionTexts{{
     {u"DIR_IN_TGT", u"Flag when sub-folder exists in TARGET but does not exist in SOURCE"},
 }};
 
-template <typename Control>
-Control* Named(Control* control, const QString& name, const QString& accessibleName) {
-  control->setObjectName(name);
-  control->setAccessibleName(accessibleName);
-  return control;
-}
-
 /// A stored text that is no number leaves the box as it was designed.
 void LoadCheckBox(QCheckBox& box, const QString& key) {
   if (const auto value = GetSettingNumber(Section, key, 1)) box.setChecked(*value != 0);
