@@ -310,6 +310,6 @@ void frmMain::ShowHelp() {
     RunProgram(this, mHelpFile);
 }
 
-void frmMain::mnuHelp_About_Click() { frmAbout(this).exec(); }
+void frmMain::mnuHelp_About_Click() { frmAbout(*mFiles, this).exec(); }
 
 }  // namespace brackwell
