@@ -11,12 +11,14 @@
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include "compare/CompareGrid.h"
 #include "compare/frmCompare.h"
@@ -113,8 +115,18 @@ class Tour {
   }
 
   void ShowDialogs() {
-    WithDialog(u"options"_s, [this] { Trigger(u"mnuTools_Options"_s); });
+    WithDialog(
+        u"options"_s, [this] { Trigger(u"mnuTools_Options"_s); },
+        [this](const QString& name, QDialog& dialog) { ShowPages(name, dialog); });
     WithDialog(u"about"_s, [this] { Trigger(u"mnuHelp_About"_s); });
+  }
+
+  void ShowPages(const QString& name, QDialog& options) {
+    auto* pages = options.findChild<QTabWidget*>(u"sstOptions"_s);
+    for (int page = 0; page < pages->count(); ++page) {
+      pages->setCurrentIndex(page);
+      Picture(u"%1-%2"_s.arg(name).arg(page + 1), options);
+    }
   }
 
   void ShowManyWindows() {
@@ -138,16 +150,19 @@ class Tour {
       Fail(item);
   }
 
-  /// Runs what opens a modal dialog, takes its picture and dismisses it.
-  template <typename Step>
-  void WithDialog(const QString& name, Step step) {
+  /// Runs what opens a modal dialog, shows the dialog (with one picture by default) and dismisses it.
+  void WithDialog(const QString& name, const std::function<void()>& step,
+                  const std::function<void(const QString&, QDialog&)>& show = {}) {
     QTimer watch;
     bool seen = false;
     QObject::connect(&watch, &QTimer::timeout, [&] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       if (!dialog || seen) return;
       seen = true;
-      Picture(name, *dialog);
+      if (show)
+        show(name, *dialog);
+      else
+        Picture(name, *dialog);
       if (auto* box = qobject_cast<QMessageBox*>(dialog))
         box->accept();
       else
