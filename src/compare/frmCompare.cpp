@@ -42,6 +42,7 @@ namespace {
 const QString Section = u"Compare"_s;
 const QString MessagePanel = u"MESSAGE"_s;
 constexpr int Margin = 8;  // pixels; 120 twips
+constexpr int Spacing = 6;
 constexpr const char* TagProperty = "Tag";
 
 struct OptionText {
@@ -94,7 +95,7 @@ frmCompare::frmCompare(Services& services) : ToolWindow(services) {
   // The selectors keep a margin at their right themselves; the others leave the same one.
   controls->setContentsMargins(Margin, Margin, 0, 0);
   controls->setHorizontalSpacing(0);
-  controls->setVerticalSpacing(6);
+  controls->setVerticalSpacing(Spacing);
   controls->setColumnMinimumWidth(1, Margin);
   controls->addWidget(uctSelSource, 0, 0, 1, 2);
   controls->addWidget(uctSelTarget, 1, 0, 1, 2);
@@ -134,6 +135,7 @@ QLayout* frmCompare::BuildButtons() {
   cmdFix->hide();
 
   auto* layout = new QHBoxLayout;
+  layout->setSpacing(Spacing);
   layout->addWidget(cmdCompare);
   layout->addWidget(cmdFix);
   layout->addWidget(cmdClose);
@@ -189,6 +191,7 @@ void frmCompare::BuildGrid() {
   mGrid = new CompareGrid(ComparePictures::From(mServices.Images), this);
   grdCompare = Named(new FlexGrid(this), u"grdCompare"_s, u"Comparison results"_s);
   grdCompare->setModel(mGrid);
+  grdCompare->installEventFilter(this);
   grdCompare->SetColumnElide(CompareGrid::NameColumn, Qt::ElideMiddle);
   grdCompare->SetColumnElide(CompareGrid::MessageColumn, Qt::ElideMiddle);  // its end says "(FIXED)"
 }
@@ -233,11 +236,6 @@ void frmCompare::InitCompareGrid() { mGrid->Init(); }
 void frmCompare::Form_Activate() { mServices.tlbMain_ENABLE(u"Print"_s, true); }
 void frmCompare::Form_Deactivate() { mServices.tlbMain_ENABLE(u"Print"_s, false); }
 
-void frmCompare::resizeEvent(QResizeEvent* event) {
-  ToolWindow::resizeEvent(event);
-  Form_Resize();
-}
-
 void frmCompare::Form_Resize() { FlexGrid_ColumnResize(*grdCompare, {500, 0.5, 500, 0.3, 0.1, 0.1}); }
 
 void frmCompare::Form_Unload() {
@@ -257,8 +255,10 @@ void frmCompare::chkOption_Click(int index) {
 
 void frmCompare::chkSubfolders_Click() { SaveCheckBox(*chkSubfolders, u"CompareSubfolders"_s); }
 
-/// A box tidied by a comparison is stored with the next key, edited or not.
+/// The columns follow the grid, which gets its size only when it shows: the options may hide it while the
+/// window is resized. A box tidied by a comparison is stored with the next key, edited or not.
 bool frmCompare::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == grdCompare && event->type() == QEvent::Resize) Form_Resize();
   if (event->type() == QEvent::KeyRelease) {
     if (watched == txtExtensions) SaveSetting(Section, u"Extensions"_s, txtExtensions->text());
     if (watched == txtPrefix) SaveSetting(Section, u"Prefix"_s, txtPrefix->text());

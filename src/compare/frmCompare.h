@@ -43,7 +43,6 @@ class frmCompare : public ToolWindow {
 
  protected:
   void Form_Unload() override;
-  void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <array>
 
@@ -216,6 +217,18 @@ class frmCompareControlsTest : public QObject {
     QCOMPARE(window.Area.focusWidget(), &window.Get<FlexGrid>("grdCompare"));
   }
 
+  void ColumnsFitThoughTheGridWasHiddenDuringTheResize() {
+    ComparisonWindow window;
+    auto& grid = window.Get<FlexGrid>("grdCompare");
+    window.Get<QCheckBox>("chkShowOptions").click();
+    window.Frame->resize(500, 500);
+    QTest::qWait(1);
+    window.Get<QCheckBox>("chkShowOptions").click();
+    QTest::qWait(1);
+    QVERIFY(grid.horizontalHeader()->length() <= grid.viewport()->width());
+    QVERIFY(grid.horizontalHeader()->length() > grid.viewport()->width() - 40);
+  }
+
   void AllStandsBetweenEqualMargins() {
     ComparisonWindow window;
     QTest::qWait(1);
@@ -225,6 +238,8 @@ class frmCompareControlsTest : public QObject {
     QCOMPARE(grid.x(), 8);
     QCOMPARE(grid.geometry().right() + 1, width - 8);
     QCOMPARE(select.mapTo(window.Form, QPoint(select.width(), 0)).x(), width - 8);
+    const QWidget& fix = window.Get<QPushButton>("cmdFix");
+    QCOMPARE(window.Get<QPushButton>("cmdClose").x(), fix.x() + fix.width() + 6);
   }
 };
 
