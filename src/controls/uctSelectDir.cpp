@@ -14,8 +14,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kMargin = 8;        // pixels right of the button: 120 twips
-constexpr int kHeadingSpace = 2;  // pixels between heading and folder
+constexpr int Margin = 8;        // pixels right of the button: 120 twips
+constexpr int HeadingSpace = 2;  // pixels between heading and folder
 
 }  // namespace
 
@@ -70,17 +70,17 @@ QSize uctSelectDir::sizeHint() const { return {300, minimumSizeHint().height()};
 
 QSize uctSelectDir::minimumSizeHint() const {
   const int line = std::max(lblDirectory->sizeHint().height(), cmdSelect->sizeHint().height());
-  return {lblDirectory->sizeHint().width() + kMargin / 2 + cmdSelect->sizeHint().width() + kMargin,
-          hdgDirectory->sizeHint().height() + kHeadingSpace + line};
+  return {lblDirectory->sizeHint().width() + Margin / 2 + cmdSelect->sizeHint().width() + Margin,
+          hdgDirectory->sizeHint().height() + HeadingSpace + line};
 }
 
 void uctSelectDir::UserControl_Resize() {
   const QSize button = cmdSelect->sizeHint();
   const int line = std::max(lblDirectory->sizeHint().height(), button.height());
-  const int top = hdgDirectory->sizeHint().height() + kHeadingSpace;
+  const int top = hdgDirectory->sizeHint().height() + HeadingSpace;
   hdgDirectory->setGeometry(0, 0, hdgDirectory->sizeHint().width(), hdgDirectory->sizeHint().height());
-  cmdSelect->setGeometry(width() - kMargin - button.width(), top, button.width(), line);
-  lblDirectory->setGeometry(0, top, std::max(0, cmdSelect->x() - kMargin / 2), line);
+  cmdSelect->setGeometry(width() - Margin - button.width(), top, button.width(), line);
+  lblDirectory->setGeometry(0, top, std::max(0, cmdSelect->x() - Margin / 2), line);
 }
 
 void uctSelectDir::resizeEvent(QResizeEvent* /*event*/) { UserControl_Resize(); }

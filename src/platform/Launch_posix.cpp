@@ -32,8 +32,8 @@ enum Code : int {
   Opened = 33
 };
 
-constexpr char kOpener[] = "xdg-open";
-constexpr std::chrono::seconds kPatience{1};
+constexpr char OpenerProgram[] = "xdg-open";
+constexpr std::chrono::seconds Patience{1};
 
 Code CodeOfErrno(int error, const std::string& path) {
   switch (error) {
@@ -157,7 +157,7 @@ std::future<int> ExitCodeOf(pid_t process) {
 /// Openers that hand the document over end soon; those that become the document's program run on.
 Code CodeOfOpener(pid_t process) {
   std::future<int> exitCode = ExitCodeOf(process);
-  if (!exitCode.valid() || exitCode.wait_for(kPatience) != std::future_status::ready) return Opened;
+  if (!exitCode.valid() || exitCode.wait_for(Patience) != std::future_status::ready) return Opened;
   return CodeOfExit(exitCode.get());
 }
 
@@ -181,7 +181,7 @@ int OpenDocument(const std::string& path, void* /*ownerWindow*/) {
   if (checked != Opened) return checked;
 
   pid_t process = 0;
-  const int error = SpawnSettings().Spawn(process, kOpener, FileUri(document));
+  const int error = SpawnSettings().Spawn(process, OpenerProgram, FileUri(document));
   return error == 0 ? CodeOfOpener(process) : CodeOfSpawnError(error);
 }
 

@@ -26,7 +26,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kIconSize = 16;
+constexpr int IconSize = 16;
 
 bool IsOn(const QString& section, const QString& key) { return GetSettingNumber(section, key, 0) == 1; }
 
@@ -76,8 +76,7 @@ frmMain::~frmMain() {
   delete mMdiArea;
 }
 
-// --- menus and toolbar
-// ---------------------------------------------------------------------------------------------
+// --- menus and toolbar ---------------------------------------------------------------
 
 void frmMain::BuildMenus() {
   menuBar()->setAccessibleName(u"Menu"_s);
@@ -148,7 +147,7 @@ void frmMain::BuildToolbar() {
   tlbMain->setAccessibleName(u"Toolbar"_s);
   tlbMain->setMovable(false);
   tlbMain->setContextMenuPolicy(Qt::PreventContextMenu);
-  tlbMain->setIconSize(QSize(kIconSize, kIconSize));
+  tlbMain->setIconSize(QSize(IconSize, IconSize));
   AddButton(u"Print"_s, u"Print"_s, {})->setEnabled(false);
   mnuFile_Print->setEnabled(false);
   tlbMain->addSeparator();
@@ -177,8 +176,7 @@ void frmMain::tlbMain_ENABLE(const QString& key, bool enabled) {
   if (key.toUpper() == u"PRINT"_s) mnuFile_Print->setEnabled(enabled);
 }
 
-// --- start and end
-// -------------------------------------------------------------------------------------------------
+// --- start and end -------------------------------------------------------------------
 
 void frmMain::MDIForm_Load() {
   if (IsOn(u"General"_s, u"AppMaximized"_s)) setWindowState(Qt::WindowMaximized);
@@ -224,8 +222,7 @@ void frmMain::ToolRunEnded() {
   QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
 }
 
-// --- tools
-// ---------------------------------------------------------------------------------------------------------
+// --- tools ---------------------------------------------------------------------------
 
 void frmMain::tlbMain_ButtonClick(const QString& key) {
   if (key == u"Print"_s) return mnuFile_Print_Click();
@@ -283,8 +280,7 @@ void frmMain::mnuFile_Exit_Click() { close(); }
 
 void frmMain::mnuTools_Options_Click() { frmOptions(this).exec(); }
 
-// --- windows and help
-// ----------------------------------------------------------------------------------------------
+// --- windows and help ----------------------------------------------------------------
 
 void frmMain::mnuWindow_TileH_Click() { ArrangeWindows(*mMdiArea, ArrangeMode::TileHorizontally); }
 
