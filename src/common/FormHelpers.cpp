@@ -27,8 +27,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr double kTwipsPerInch = 1440;
-constexpr double kBorderAllowance = 85;  // twips
+constexpr double TwipsPerInch = 1440;
+constexpr double BorderAllowance = 85;  // twips
 
 bool IsShare(double width) { return width > 0 && width < 1; }
 
@@ -111,12 +111,12 @@ void LockTextBox(TextBox& box, bool clearValue) {
 
 double TwipsPerPixel() {
   const QScreen* screen = QGuiApplication::primaryScreen();
-  return kTwipsPerInch / (screen ? screen->logicalDotsPerInchX() : 96);
+  return TwipsPerInch / (screen ? screen->logicalDotsPerInchX() : 96);
 }
 
 std::int16_t ScrollBarAllowance() {
   const int pixels = QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  return static_cast<std::int16_t>(std::nearbyint(TwipsPerPixel() * pixels + kBorderAllowance));
+  return static_cast<std::int16_t>(std::nearbyint(TwipsPerPixel() * pixels + BorderAllowance));
 }
 
 std::vector<double> ColumnWidths(double outerWidth, std::int16_t allowance,

@@ -11,7 +11,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kPadding = 3;  // pixels between frame and text
+constexpr int Padding = 3;  // pixels between frame and text
 
 /// A tool tip that reads like markup would be taken for it.
 QString AsToolTip(const QString& text) {
@@ -26,11 +26,11 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 }
 
 QSize ElidedLabel::sizeHint() const {
-  const int border = 2 * (frameWidth() + kPadding);
+  const int border = 2 * (frameWidth() + Padding);
   return {fontMetrics().averageCharWidth() * 8 + border, fontMetrics().height() + border};
 }
 
-QRect ElidedLabel::TextArea() const { return contentsRect().adjusted(kPadding, 0, -kPadding, 0); }
+QRect ElidedLabel::TextArea() const { return contentsRect().adjusted(Padding, 0, -Padding, 0); }
 
 QString ElidedLabel::ElidedText() const {
   QString line = text();

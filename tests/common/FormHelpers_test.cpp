@@ -28,7 +28,7 @@ using namespace Qt::StringLiterals;
 namespace brackwell {
 namespace {
 
-const QColor kPaleYellow(255, 255, 204);
+const QColor PaleYellow(255, 255, 204);
 
 QList<int> Widths(const QHeaderView* header) {
   QList<int> widths;
@@ -159,7 +159,7 @@ class FormHelpers_test : public QObject {
     QVERIFY(line.isEnabled());
     QVERIFY(line.isReadOnly());
     QCOMPARE(line.text(), u"text"_s);
-    QCOMPARE(line.palette().color(QPalette::Base), kPaleYellow);
+    QCOMPARE(line.palette().color(QPalette::Base), PaleYellow);
     QPlainTextEdit text(u"lines"_s);
     LockControl(text, true);
     QVERIFY(text.isEnabled());
@@ -184,7 +184,7 @@ class FormHelpers_test : public QObject {
     LockControl(combo);
     QVERIFY(!combo.isEnabled());
     QCOMPARE(combo.currentIndex(), 1);
-    QCOMPARE(combo.palette().color(QPalette::Disabled, QPalette::Base), kPaleYellow);
+    QCOMPARE(combo.palette().color(QPalette::Disabled, QPalette::Base), PaleYellow);
     LockControl(combo, true);
     QCOMPARE(combo.currentIndex(), -1);
   }
@@ -196,7 +196,7 @@ class FormHelpers_test : public QObject {
     LockControl(list);
     QVERIFY(list.isEnabled());
     QCOMPARE(list.currentRow(), 1);
-    QCOMPARE(list.palette().color(QPalette::Base), kPaleYellow);
+    QCOMPARE(list.palette().color(QPalette::Base), PaleYellow);
     LockControl(list, true);
     QVERIFY(list.selectedItems().isEmpty());
     QCOMPARE(list.currentRow(), -1);
