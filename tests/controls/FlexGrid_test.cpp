@@ -18,11 +18,11 @@ using namespace Qt::StringLiterals;
 namespace brackwell {
 namespace {
 
-const QColor kMark(255, 0, 255);
+const QColor Mark(255, 0, 255);
 
 QIcon Picture() {
   QPixmap pixmap(16, 16);
-  pixmap.fill(kMark);
+  pixmap.fill(Mark);
   return QIcon(pixmap);
 }
 
@@ -163,7 +163,7 @@ class FlexGrid_test : public QObject {
     grid.setColumnWidth(0, 60);
     grid.show();
     const QRect cell = grid.visualRect(rows.index(0, 0));
-    const QRect picture = Area(grid.viewport()->grab(cell).toImage(), kMark);
+    const QRect picture = Area(grid.viewport()->grab(cell).toImage(), Mark);
     QCOMPARE(picture.size(), QSize(16, 16));
     QVERIFY(std::abs(picture.left() - (cell.width() - 1 - picture.right())) <= 1);
     QVERIFY(std::abs(picture.top() - (cell.height() - 1 - picture.bottom())) <= 1);
