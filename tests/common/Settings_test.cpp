@@ -7,6 +7,7 @@
 
 #include "support/FullDisk_posix.h"
 #include "support/IsolatedSettings.h"
+#include "support/WithoutPrivileges_posix.h"
 
 using namespace Qt::StringLiterals;
 
@@ -149,6 +150,25 @@ class Settings_test : public QObject {
     QVERIFY(!ReadStore().contains("new"));
     QVERIFY(SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}}));
     QCOMPARE(ReadStore().count("new"), 1);
+  }
+
+  void ProtectedSettingsAreLeftAlone_data() {
+    QTest::addColumn<QString>("what");
+    QTest::newRow("file") << isolatedSettings.FileName();
+    QTest::newRow("folder") << QFileInfo(isolatedSettings.FileName()).path();
+  }
+  void ProtectedSettingsAreLeftAlone() {
+    QFETCH(QString, what);
+    WriteStore("[Compare]\nPrefix=old\n");
+    const QFile::Permissions before = QFile::permissions(what);
+    QVERIFY(QFile::setPermissions(what, QFile::ReadOwner | QFile::ExeOwner));
+    {
+      const WithoutPrivileges user;
+      QVERIFY(!SaveSettings({{u"Compare"_s, u"Prefix"_s, u"new"_s}}));
+    }
+    QVERIFY(QFile::setPermissions(what, before));
+    QCOMPARE(ReadStore(), QByteArray("[Compare]\nPrefix=old\n"));
+    QCOMPARE(GetSetting(u"Compare"_s, u"Prefix"_s), u"old"_s);
   }
 
   void AFolderThatCannotBeMade() {
