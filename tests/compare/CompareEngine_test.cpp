@@ -226,6 +226,19 @@ TEST_F(CompareEngineTest, PrefixesExcludeFilesAndWholeFolders) {
   EXPECT_EQ(Compare(), Lines{"- a~b"});
 }
 
+TEST_F(CompareEngineTest, ExclusionsCountInTheTargetToo) {
+  Tree.File("t/~a");
+  Tree.File("t/a.tmp");
+  Tree.File("t/~old/inside");
+  Tree.File("t/old.tmp/inside");
+  Tree.File("t/deep/~a");  // in a folder that the walk over the source has not seen
+  Tree.File("t/deep/~old/inside");
+  Options.FlagTargetFolderMissing = false;
+  Options.ExtensionList = {"tmp"};
+  Options.PrefixList = {"~"};
+  EXPECT_EQ(Compare(), Lines{});
+}
+
 TEST_F(CompareEngineTest, AnEmptyPrefixExcludesEverything) {
   Both("x");
   Both("sub/y");

@@ -420,6 +420,7 @@ class frmCompareTest : public QObject {
       QVERIFY(bench.Form->IsRunning());
       QVERIFY(bench.Status().startsWith(u"Checking "_s));
       QVERIFY(QGuiApplication::overrideCursor());
+      QVERIFY(!bench.Get<QPushButton>("cmdFix").isEnabled());
       QTest::keyClick(bench.Form, Qt::Key_Escape);
     });
     const QStringList lines = bench.Compare();
@@ -459,6 +460,13 @@ class frmCompareTest : public QObject {
     QTRY_VERIFY(!bench.Form);
     QTRY_VERIFY(!bench.Frame);
     QCOMPARE(GetSetting(u"Compare"_s, u"SourceFolder"_s), QString::fromStdString(bench.Tree.Root("s")));
+  }
+
+  void TheEmptyRowHasNothingToTick() {
+    ComparisonWindow bench;
+    bench.ClickCell(0, 4);
+    bench.ClickCell(0, 5);
+    QCOMPARE(bench.Lines(), QStringList{u" |  | - | -"_s});
   }
 
   void TwoWindowsRunSideBySide() {
