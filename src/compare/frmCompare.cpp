@@ -287,7 +287,7 @@ void frmCompare::cmdCompare_Click() {
     InitCompareGrid();
     failure = RunComparison();
   } while (mCompareAgain && !CloseAsked());
-  if (failure && !CloseAsked())
+  if (failure)
     MsgBox(this, ToShownText(failure->Description()) + u"\n"_s + ToShownText(failure->Path()),
            MsgIcon::Critical, windowTitle());
 }
