@@ -20,7 +20,7 @@ class FolderCopy {
     auto folder = mFiles.GetFolder(source, mTick);
     const std::vector<SubFolder> subFolders = SubFoldersOf(*folder);
     const bool made = !mFiles.FolderExists(target);
-    if (made) mFiles.CreateFolder(target);
+    if (made) MakeLike(*folder, source, target);
     CopyFilesOf(*folder, source, target);
     folder.reset();  // its handle, before descending
     for (const auto& [name, isLink] : subFolders)
@@ -39,6 +39,13 @@ class FolderCopy {
     std::string Name;
     bool IsLink;
   };
+
+  /// Closed to others from the start where the source is, so that nothing private shows while it is copied, or for
+  /// good if the copy does not come to its end. A read-only folder has to wait for its contents.
+  void MakeLike(const Folder& folder, const std::string& source, const std::string& target) {
+    mFiles.CreateFolder(target);
+    if ((folder.Properties().Attributes & Attribute::ReadOnly) == 0) mFiles.CopyFolderProperties(source, target);
+  }
 
   static std::vector<SubFolder> SubFoldersOf(Folder& folder) {
     std::vector<SubFolder> subFolders;

@@ -136,6 +136,20 @@ TEST_F(ModesOfFolders, AreKeptAlsoWhereTheyAreReadOnly) {
   EXPECT_EQ(mTree.Read("target/inner/file"), "text");
 }
 
+TEST_F(ModesOfFolders, ThatKeepOthersOutDoSoThoughTheCopyEndsEarly) {
+  mTree.File("private/sub/file", "secret");
+  Mode("private", 0700);
+  Mode("private/sub", 0711);
+  int filesSeen = 0;
+  const auto full = [&] {
+    if (mTree.Exists("copy/sub") && ++filesSeen == 1)
+      throw FileSystemError(FileError::DiskFull, mTree.Path("copy/sub/file"));
+  };
+  EXPECT_EQ(ErrorNumber([&] { mFiles->CopyFolder(mTree.Path("private"), mTree.Path("copy"), true, full); }), 61);
+  EXPECT_EQ(ModeOf("copy"), 0700u);
+  EXPECT_EQ(ModeOf("copy/sub"), 0711u);
+}
+
 TEST_F(ModesOfFolders, OfAnExistingTargetAreItsOwn) {
   mTree.Folder("source");
   mTree.Folder("target");
