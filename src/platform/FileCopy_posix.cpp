@@ -86,8 +86,8 @@ void CheckTarget(const Target& target, const struct stat& source, bool overwrite
   CheckReplaceable(existing, target.Path);
 }
 
-/// One stretch of content, by the kernel where it can. Gives how far it came: the file may have become
-/// shorter.
+/// Copies content by the kernel where it can, up to where the file ends: it may have grown or shrunk
+/// meanwhile.
 class ContentCopy {
  public:
   ContentCopy(const Source& source, const std::string& sourcePath, int to, const std::string& targetPath,
@@ -126,14 +126,15 @@ class ContentCopy {
       const auto copied = copy_file_range(mFrom, &in, mTo, &out, wanted, 0);
       if (copied < 0 && (errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO))
         Raise(errno, mTargetPath);
-      // Some file systems refuse, some say that nothing is there: reading tells for certain.
+      if (copied == 0 && in > from) return;  // the end
+      // Some file systems refuse, some say at once that nothing is there: reading tells for certain.
       if (copied <= 0) return CopyByBuffer(in, end);
       CallTick(mTick);
     }
   }
 
   void CopyByBuffer(off_t from, off_t end) {
-    const auto buffer = std::make_unique<char[]>(BufferSize);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(BufferSize);
     while (from < end) {
       const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - from, BufferSize));
       const auto length = pread(mFrom, buffer.get(), wanted, from);
