@@ -19,6 +19,7 @@
 #include <stdexcept>
 
 #include "common/MsgBox.h"
+#include "common/Settings.h"
 #include "controls/FlexGrid.h"
 #include "controls/ListView.h"
 
@@ -183,6 +184,13 @@ std::int16_t CountCheckedItems(const ListView& list) {
   if (count > std::numeric_limits<std::int16_t>::max()) throw std::overflow_error("Overflow");
   return static_cast<std::int16_t>(count);
 }
+
+void LoadCheckBox(QCheckBox& box, const QString& section, const QString& key) {
+  const std::optional<int> value = GetSettingNumber(section, key, box.isChecked() ? 1 : 0);
+  if (value == 0 || value == 1) box.setChecked(*value == 1);
+}
+
+QString CheckValue(const QCheckBox& box) { return box.isChecked() ? u"1"_s : u"0"_s; }
 
 int GetSelectedOption(std::span<QRadioButton* const> options) {
   int selected = -1;

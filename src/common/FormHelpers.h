@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+class QCheckBox;
 class QLabel;
 class QRadioButton;
 class QWidget;
@@ -47,6 +48,13 @@ void LockControl(QWidget& control, bool clearValue = false, QLabel* caption = nu
 /// The number of items with a check mark; 0 for a list without check boxes. Raises std::overflow_error for
 /// more than the result holds.
 std::int16_t CountCheckedItems(const ListView& list);
+
+/// Sets a box to its stored check value, 0 or 1. What is not stored, or is no check value, leaves it as
+/// designed.
+void LoadCheckBox(QCheckBox& box, const QString& section, const QString& key);
+
+/// What is stored of a box: "1" or "0".
+QString CheckValue(const QCheckBox& box);
 
 /// The position in `options` of the last button that is chosen, or -1.
 int GetSelectedOption(std::span<QRadioButton* const> options);

@@ -60,15 +60,6 @@ constexpr std::array<OptionText, 7> OptionTexts{{
     {u"DIR_IN_TGT", u"Flag when sub-folder exists in TARGET but does not exist in SOURCE"},
 }};
 
-/// A stored text that is no number leaves the box as it was designed.
-void LoadCheckBox(QCheckBox& box, const QString& key) {
-  if (const auto value = GetSettingNumber(Section, key, 1)) box.setChecked(*value != 0);
-}
-
-void SaveCheckBox(const QCheckBox& box, const QString& key) {
-  SaveSetting(Section, key, box.isChecked() ? u"1"_s : u"0"_s);
-}
-
 /// Tidies the text in the box as well, so that the user sees what counts.
 std::vector<std::string> ReadList(QLineEdit& box) {
   const std::string tidy = TidyList(box.text().toStdString());
@@ -225,10 +216,11 @@ void frmCompare::Form_Load() {
 }
 
 void frmCompare::LoadCompareSettings() {
-  for (QCheckBox* option : chkOption) LoadCheckBox(*option, option->property(TagProperty).toString());
+  for (QCheckBox* option : chkOption)
+    LoadCheckBox(*option, Section, option->property(TagProperty).toString());
   txtExtensions->setText(GetSetting(Section, u"Extensions"_s));
   txtPrefix->setText(GetSetting(Section, u"Prefix"_s));
-  LoadCheckBox(*chkSubfolders, u"CompareSubfolders"_s);
+  LoadCheckBox(*chkSubfolders, Section, u"CompareSubfolders"_s);
 }
 
 void frmCompare::InitCompareGrid() { mGrid->Init(); }
@@ -250,10 +242,12 @@ void frmCompare::Form_Unload() {
 }
 
 void frmCompare::chkOption_Click(int index) {
-  SaveCheckBox(*chkOption[index], chkOption[index]->property(TagProperty).toString());
+  SaveSetting(Section, chkOption[index]->property(TagProperty).toString(), CheckValue(*chkOption[index]));
 }
 
-void frmCompare::chkSubfolders_Click() { SaveCheckBox(*chkSubfolders, u"CompareSubfolders"_s); }
+void frmCompare::chkSubfolders_Click() {
+  SaveSetting(Section, u"CompareSubfolders"_s, CheckValue(*chkSubfolders));
+}
 
 /// The columns follow the grid, which gets its size only when it shows: the options may hide it while the
 /// window is resized. A box tidied by a comparison is stored with the next key, edited or not.
@@ -386,6 +380,7 @@ void frmCompare::grdCompare_DblClick(int row) {
 }
 
 void frmCompare::cmdFix_Click() {
+  if (IsRunning()) return;  // a screen reader presses buttons without the input that a fix throws away
   FixSelected();
   // The focus would go to the next button, where one more press of a key closes the window.
   if (window()->focusWidget() == cmdFix) grdCompare->setFocus();

@@ -46,14 +46,6 @@ QVBoxLayout* AddPage(QTabWidget& pages, const QString& name, const QString& capt
   return new QVBoxLayout(page);
 }
 
-/// What is not stored, or is no check value, leaves the box as it was designed.
-void LoadCheckBox(QCheckBox& box, const QString& section, const QString& key) {
-  const std::optional<int> value = GetSettingNumber(section, key, box.isChecked() ? 1 : 0);
-  if (value == 0 || value == 1) box.setChecked(*value == 1);
-}
-
-QString CheckValue(const QCheckBox& box) { return box.isChecked() ? u"1"_s : u"0"_s; }
-
 /// A button without a tag has none that could be stored, not even an empty one.
 bool HasTag(const QRadioButton& option, const QString& text) {
   const QVariant tag = option.property(TagProperty);
