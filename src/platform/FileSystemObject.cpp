@@ -16,18 +16,22 @@ class FolderCopy {
       : mFiles(files), mRoot(std::move(root)), mOverwrite(overwrite), mTick(tick) {}
 
   void Copy(const std::string& source, const std::string& target) {
-    // Listed first: nothing is made for a folder that cannot be read.
-    auto folder = mFiles.GetFolder(source, mTick);
-    const std::vector<SubFolder> subFolders = SubFoldersOf(*folder);
-    const bool made = !mFiles.FolderExists(target);
-    if (made) MakeLike(*folder, source, target);
-    CopyFilesOf(*folder, source, target);
-    folder.reset();  // its handle, before descending
-    for (const auto& [name, isLink] : subFolders)
-      Try([&, &name = name, isLink = isLink] {
-        CopySubFolder(JoinPath(source, name), JoinPath(target, name), isLink);
-      });
-    if (made) mFiles.CopyFolderProperties(source, target);
+    Enter(source, target);
+    while (!mLevels.empty()) {
+      Level& level = mLevels.back();
+      if (level.Next < level.SubFolders.size()) {
+        const SubFolder& subFolder = level.SubFolders[level.Next++];
+        Try([&] {
+          EnterSubFolder(JoinPath(level.Source, subFolder.Name), JoinPath(level.Target, subFolder.Name),
+                         subFolder.IsLink);
+        });
+      } else {
+        Try([&] {
+          if (level.Made) mFiles.CopyFolderProperties(level.Source, level.Target);
+        });
+        mLevels.pop_back();
+      }
+    }
   }
 
   void RaiseFirstError() const {
@@ -40,11 +44,32 @@ class FolderCopy {
     bool IsLink;
   };
 
-  /// Closed to others from the start where the source is, so that nothing private shows while it is copied, or for
-  /// good if the copy does not come to its end. A read-only folder has to wait for its contents.
+  /// Closed to others from the start where the source is, so that nothing private shows while it is copied,
+  /// or for good if the copy does not come to its end. A read-only folder has to wait for its contents.
   void MakeLike(const Folder& folder, const std::string& source, const std::string& target) {
     mFiles.CreateFolder(target);
-    if ((folder.Properties().Attributes & Attribute::ReadOnly) == 0) mFiles.CopyFolderProperties(source, target);
+    if ((folder.Properties().Attributes & Attribute::ReadOnly) == 0)
+      mFiles.CopyFolderProperties(source, target);
+  }
+
+  /// A folder whose files are copied and whose sub-folders are being copied.
+  struct Level {
+    std::string Source;
+    std::string Target;
+    std::vector<SubFolder> SubFolders;
+    std::size_t Next = 0;
+    bool Made = false;
+  };
+
+  /// Copies a folder's files and notes its sub-folders.
+  void Enter(const std::string& source, const std::string& target) {
+    // Listed first: nothing is made for a folder that cannot be read.
+    const auto folder = mFiles.GetFolder(source, mTick);
+    Level level{.Source = source, .Target = target, .SubFolders = SubFoldersOf(*folder)};
+    level.Made = !mFiles.FolderExists(target);
+    if (level.Made) MakeLike(*folder, source, target);
+    CopyFilesOf(*folder, source, target);
+    mLevels.push_back(std::move(level));
   }
 
   static std::vector<SubFolder> SubFoldersOf(Folder& folder) {
@@ -70,13 +95,13 @@ class FolderCopy {
     }
   }
 
-  void CopySubFolder(const std::string& source, const std::string& target, bool isLink) {
+  void EnterSubFolder(const std::string& source, const std::string& target, bool isLink) {
     CallTick(mTick);
     if (isLink && LeadsBack(mFiles, mRoot, source)) return mFiles.CopyLink(source, target);
     // What the copy itself lies in would grow while it is copied, without end.
     if (isLink && mFiles.LiesWithin(std::string(ParentPath(target)), source))
       throw FileSystemError(FileError::PathFileAccess, source);
-    Copy(source, target);
+    Enter(source, target);
   }
 
   template <typename Step>
@@ -93,6 +118,7 @@ class FolderCopy {
   const std::string mRoot;
   const bool mOverwrite;
   const Tick& mTick;
+  std::vector<Level> mLevels;  // not on the program's stack: trees may be deeper than that
   std::exception_ptr mFirstError;
 };
 
