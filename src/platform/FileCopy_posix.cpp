@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <climits>
 #include <memory>
-#include <optional>
 
 #include "platform/PendingFile_posix.h"
 #include "platform/Posix.h"
@@ -43,37 +42,6 @@ Source OpenSource(const std::string& path) {
   if (fstat(source.File.Get(), &source.Status) != 0) Raise(errno, path);
   if (!S_ISREG(source.Status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
   return source;
-}
-
-/// Where the copy goes, links followed, and what is there now.
-struct Target {
-  std::string Path;
-  std::optional<struct stat> Existing;
-};
-
-std::string ResolveLink(const Location& location, const std::string& path) {
-  char text[PATH_MAX];
-  const auto length = readlinkat(location.Folder(), location.Name(), text, sizeof text);
-  if (length < 0) Raise(errno, path);
-  const std::string_view leadsTo(text, static_cast<std::size_t>(length));
-  return leadsTo.starts_with('/') ? std::string(leadsTo) : JoinPath(ParentPath(path), leadsTo);
-}
-
-Target FindTarget(const std::string& path) {
-  constexpr int MostLinks = 40;  // in one chain, as for the system itself
-  std::string at = path;
-  for (int links = 0; links <= MostLinks; ++links) {
-    const Location location(at);
-    struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-      if (links > 0 && ErrorOf(errno) == FileError::PathNotFound) break;
-      if (errno != ENOENT) Raise(errno, path);
-      return {at, std::nullopt};
-    }
-    if (!S_ISLNK(status.st_mode)) return {at, status};
-    at = ResolveLink(location, at);
-  }
-  throw FileSystemError(FileError::PathFileAccess, path);
 }
 
 void CheckTarget(const Target& target, const struct stat& source, bool overwrite) {
@@ -179,9 +147,7 @@ void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, b
   const Source source = OpenSource(sourcePath);
   const Target target = FindTarget(targetPath);
   CheckTarget(target, source.Status, overwrite);
-  const std::string_view folder = ParentPath(target.Path);
-  PendingFile pending(OpenFolder(folder.empty() ? "." : std::string(folder)),
-                      std::string(FileName(target.Path)), target.Path);
+  PendingFile pending(OpenParent(target.Path), std::string(FileName(target.Path)), target.Path);
   CallTick(tick);
   ContentCopy(source, sourcePath, pending.Descriptor(), target.Path, tick).CopyAll(source.Status);
   CopyStatus(source.Status, target, pending.Descriptor());

@@ -14,6 +14,7 @@
 #include "platform/FolderListing_posix.h"
 #include "platform/PendingFile_posix.h"
 #include "platform/Posix.h"
+#include "platform/TextFile_posix.h"
 
 namespace brackwell {
 namespace {
@@ -23,48 +24,14 @@ using posix::Location;
 using posix::PendingFile;
 using posix::Raise;
 
-Handle OpenParent(const std::string& path) {
-  const std::string_view folder = ParentPath(path);
-  return posix::OpenFolder(folder.empty() ? "." : std::string(folder));
-}
-
-class FileReader final : public TextReader {
- public:
-  FileReader(Handle file, std::string path) : mFile(std::move(file)), mPath(std::move(path)) {}
-
-  std::string ReadAll() override {
-    std::string content;
-    constexpr std::size_t Step = 1 << 20;
-    struct stat status {};
-    if (fstat(mFile.Get(), &status) == 0) content.reserve(static_cast<std::size_t>(status.st_size) + Step);
-    for (;;) {
-      const std::size_t before = content.size();
-      content.resize(before + Step);
-      const auto length = read(mFile.Get(), content.data() + before, Step);
-      content.resize(before + (length > 0 ? length : 0));
-      if (length < 0 && errno != EINTR) Raise(errno, mPath);
-      if (length == 0) return content;
-    }
-  }
-
- private:
-  const Handle mFile;
-  const std::string mPath;
-};
-
 class FileWriter final : public TextWriter {
  public:
   FileWriter(const std::string& path, bool overwrite)
-      : mPath(path), mOverwrite(overwrite), mFile(OpenParent(path), std::string(FileName(path)), path) {}
+      : mPath(path),
+        mOverwrite(overwrite),
+        mFile(posix::OpenParent(path), std::string(FileName(path)), path) {}
 
-  void Write(std::string_view bytes) override {
-    while (!bytes.empty()) {
-      const auto written = write(mFile.Descriptor(), bytes.data(), bytes.size());
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) Raise(errno, mPath);
-      bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-  }
+  void Write(std::string_view bytes) override { posix::WriteAll(mFile.File(), bytes, mPath); }
 
   void Close() override {
     fchmod(mFile.Descriptor(), 0666 & ~CurrentMask());
@@ -216,14 +183,7 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
-    const Location location(path);
-    struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0)
-      Raise(errno, path, FileError::FileNotFound);
-    if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
-    Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);
-    return std::make_unique<FileReader>(std::move(file), path);
+    return posix::OpenText(path);
   }
 
   std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {

@@ -1,11 +1,11 @@
 #include "platform/FileSystemObject.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/FileCopy_windows.h"
 #include "platform/FolderListing_windows.h"
 #include "platform/PendingFile_windows.h"
+#include "platform/TextFile_windows.h"
 #include "platform/Win32.h"
 
 namespace brackwell {
@@ -17,46 +17,11 @@ using win32::NativePath;
 using win32::PendingFile;
 using win32::Raise;
 
-class FileReader final : public TextReader {
- public:
-  FileReader(Handle file, std::string path) : mFile(std::move(file)), mPath(std::move(path)) {}
-
-  std::string ReadAll() override {
-    std::string content;
-    LARGE_INTEGER size;
-    if (GetFileSizeEx(mFile.Get(), &size)) content.reserve(static_cast<std::size_t>(size.QuadPart));
-    constexpr DWORD Step = 1 << 20;
-    for (;;) {
-      const std::size_t before = content.size();
-      content.resize(before + Step);
-      DWORD length = 0;
-      if (!ReadFile(mFile.Get(), content.data() + before, Step, &length, nullptr))
-        Raise(GetLastError(), mPath);
-      content.resize(before + length);
-      if (length == 0) return content;
-    }
-  }
-
- private:
-  const Handle mFile;
-  const std::string mPath;
-};
-
 class FileWriter final : public TextWriter {
  public:
   FileWriter(const std::string& path, bool overwrite) : mPath(path), mOverwrite(overwrite), mFile(path) {}
 
-  void Write(std::string_view bytes) override {
-    while (!bytes.empty()) {
-      constexpr std::size_t Step = 1 << 20;
-      const auto wanted = static_cast<DWORD>(std::min(bytes.size(), Step));
-      DWORD written = 0;
-      if (!WriteFile(mFile.File().Get(), bytes.data(), wanted, &written, nullptr))
-        Raise(GetLastError(), mPath);
-      if (written != wanted) throw FileSystemError(FileError::DiskFull, mPath);
-      bytes.remove_prefix(written);
-    }
-  }
+  void Write(std::string_view bytes) override { win32::WriteAll(mFile.File(), bytes, mPath); }
 
   void Close() override { mFile.Commit(mOverwrite); }
 
@@ -171,11 +136,7 @@ class WindowsFileSystem final : public FileSystemObject {
   }
 
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
-    if (FolderExists(path)) throw FileSystemError(FileError::PathFileAccess, path);
-    Handle file = win32::Open(NativePath(path), GENERIC_READ);
-    if (!file.IsOpen()) Raise(GetLastError(), path, FileError::FileNotFound);
-    if (GetFileType(file.Get()) != FILE_TYPE_DISK) throw FileSystemError(FileError::PathFileAccess, path);
-    return std::make_unique<FileReader>(std::move(file), path);
+    return win32::OpenText(path);
   }
 
   std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {

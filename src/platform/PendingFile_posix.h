@@ -17,6 +17,7 @@ class PendingFile {
   PendingFile& operator=(const PendingFile&) = delete;
   ~PendingFile();
 
+  const Handle& File() const { return mFile; }
   int Descriptor() const { return mFile.Get(); }
   /// Raises FileAlreadyExists where the name is taken and is not to be replaced.
   void Commit(bool replace);

@@ -7,7 +7,20 @@
 #include <climits>
 #include <utility>
 
+#include "platform/Paths.h"
+
 namespace brackwell::posix {
+namespace {
+
+std::string ResolveLink(const Location& location, const std::string& path) {
+  char text[PATH_MAX];
+  const auto length = readlinkat(location.Folder(), location.Name(), text, sizeof text);
+  if (length < 0) Raise(errno, path);
+  const std::string_view leadsTo(text, static_cast<std::size_t>(length));
+  return leadsTo.starts_with('/') ? std::string(leadsTo) : JoinPath(ParentPath(path), leadsTo);
+}
+
+}  // namespace
 
 Handle& Handle::operator=(Handle&& other) noexcept {
   std::swap(mDescriptor, other.mDescriptor);
@@ -90,6 +103,37 @@ Handle OpenFolder(const std::string& path) {
   Handle folder(openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   if (!folder.IsOpen()) Raise(errno, path);
   return folder;
+}
+
+Handle OpenParent(const std::string& path) {
+  const std::string_view folder = ParentPath(path);
+  return OpenFolder(folder.empty() ? "." : std::string(folder));
+}
+
+Target FindTarget(const std::string& path) {
+  constexpr int MostLinks = 40;  // in one chain, as for the system itself
+  std::string at = path;
+  for (int links = 0; links <= MostLinks; ++links) {
+    const Location location(at);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+      if (links > 0 && ErrorOf(errno) == FileError::PathNotFound) break;
+      if (errno != ENOENT) Raise(errno, path);
+      return {at, std::nullopt};
+    }
+    if (!S_ISLNK(status.st_mode)) return {at, status};
+    at = ResolveLink(location, at);
+  }
+  throw FileSystemError(FileError::PathFileAccess, path);
+}
+
+void WriteAll(const Handle& file, std::string_view bytes, const std::string& path) {
+  while (!bytes.empty()) {
+    const auto written = write(file.Get(), bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Raise(errno, path);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
 }
 
 }  // namespace brackwell::posix

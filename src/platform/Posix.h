@@ -2,7 +2,9 @@
 
 #include <sys/stat.h>
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/FileSystemError.h"
 
@@ -53,5 +55,18 @@ void CheckReplaceable(const struct stat& existing, const std::string& path);
 
 /// Opens a folder to look members up in it; raises.
 Handle OpenFolder(const std::string& path);
+/// The same for the folder that holds, or will hold, `path`.
+Handle OpenParent(const std::string& path);
+
+/// Where a path leads, links followed, and what is there now.
+struct Target {
+  std::string Path;
+  std::optional<struct stat> Existing;
+};
+/// Raises PathFileAccess for a dangling link.
+Target FindTarget(const std::string& path);
+
+/// Writes all of it at the file's position; raises.
+void WriteAll(const Handle& file, std::string_view bytes, const std::string& path);
 
 }  // namespace brackwell::posix

@@ -1,16 +1,35 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace brackwell {
 
-/// Reads a file as the bytes it holds.
+class TextWriter;
+
+/// Reads a file as the bytes it holds. Its calls raise FileSystemError.
 class TextReader {
  public:
   virtual ~TextReader() = default;
-  /// Everything that is left of the file; raises FileSystemError.
+  /// The file's size in bytes when it was opened; 0 for files of the kernel's that tell none.
+  virtual std::uint64_t Size() const = 0;
+  /// Up to `size` bytes into `buffer`; fewer only where the file ends, 0 at its end.
+  virtual std::size_t Read(char* buffer, std::size_t size) = 0;
+  /// What is left of the file up to the size it was opened with: one that others add to all the time has an
+  /// end as well. A file that tells no size is read until nothing comes.
   virtual std::string ReadAll() = 0;
+  /// Back to the file's first byte.
+  virtual void Rewind() = 0;
+  /// A writer of new content for this file; the reader may go first. Close puts the new content in the old
+  /// one's place, so that the file is wholly old or wholly new at every moment, even if the program is
+  /// killed. Owner, mode, access lists, extended attributes, other names of the file and a link that led to
+  /// it stay as they are; it counts as modified now. Close ends the reading, too. Any error leaves the file
+  /// as it was. Raises PermissionDenied (read-only, also for an administrator; not to be written by this
+  /// user); Close raises PathFileAccess where the file has changed since it was opened, DiskFull, ...
+  virtual std::unique_ptr<TextWriter> Rewrite() = 0;
 };
 
 /// Writes a file that appears under its name only when it is closed. One that is dropped without Close,

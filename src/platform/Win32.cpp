@@ -151,6 +151,17 @@ Handle Open(const std::wstring& nativePath, DWORD access, DWORD flags) {
                             flags, nullptr));
 }
 
+void WriteAll(const Handle& file, std::string_view bytes, const std::string& path) {
+  while (!bytes.empty()) {
+    constexpr std::size_t Step = 1 << 20;
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), Step));
+    DWORD written = 0;
+    if (!WriteFile(file.Get(), bytes.data(), wanted, &written, nullptr)) Raise(GetLastError(), path);
+    if (written != wanted) throw FileSystemError(FileError::DiskFull, path);
+    bytes.remove_prefix(written);
+  }
+}
+
 FileError ErrorOf(DWORD code, FileError missing) {
   switch (code) {
     case ERROR_FILE_NOT_FOUND:

@@ -66,6 +66,9 @@ std::wstring FetchText(Fetch fetch) {
 /// Opens a file or folder whatever others do with it. `access` 0 is enough to ask for its properties.
 Handle Open(const std::wstring& nativePath, DWORD access, DWORD flags = 0);
 
+/// Writes all of it at the file's position; raises.
+void WriteAll(const Handle& file, std::string_view bytes, const std::string& path);
+
 /// Maps GetLastError to our error. `missing` is what ERROR_FILE_NOT_FOUND means for the call.
 FileError ErrorOf(DWORD code, FileError missing = FileError::PathNotFound);
 [[noreturn]] void Raise(DWORD code, const std::string& path, FileError missing = FileError::PathNotFound);

@@ -55,9 +55,22 @@ class FailingReader final : public TextReader {
  public:
   FailingReader(std::function<void()> count, std::unique_ptr<TextReader> real)
       : mCount(std::move(count)), mReal(std::move(real)) {}
+  std::uint64_t Size() const override { return mReal->Size(); }
+  std::size_t Read(char* buffer, std::size_t size) override {
+    mCount();
+    return mReal->Read(buffer, size);
+  }
   std::string ReadAll() override {
     mCount();
     return mReal->ReadAll();
+  }
+  void Rewind() override {
+    mCount();
+    mReal->Rewind();
+  }
+  std::unique_ptr<TextWriter> Rewrite() override {
+    mCount();
+    return std::make_unique<FailingWriter>(mCount, mReal->Rewrite());
   }
 
  private:

@@ -1,0 +1,82 @@
+#include "platform/TextFile_posix.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "platform/FileRewrite_posix.h"
+#include "platform/Posix.h"
+
+namespace brackwell::posix {
+namespace {
+
+class FileReader final : public TextReader {
+ public:
+  FileReader(Handle file, const struct stat& opened, std::string path)
+      : mFile(std::move(file)), mOpened(opened), mPath(std::move(path)) {}
+
+  std::uint64_t Size() const override { return static_cast<std::uint64_t>(mOpened.st_size); }
+
+  std::size_t Read(char* buffer, std::size_t size) override {
+    std::size_t done = 0;
+    while (done < size) {
+      const auto length = read(mFile.Get(), buffer + done, size - done);
+      if (length < 0 && errno == EINTR) continue;
+      if (length < 0) Raise(errno, mPath);
+      if (length == 0) break;
+      done += static_cast<std::size_t>(length);
+    }
+    return done;
+  }
+
+  std::string ReadAll() override {
+    std::string content;
+    if (Size() == 0) {
+      while (Append(content, Step) == Step) continue;
+    } else if (const off_t at = lseek(mFile.Get(), 0, SEEK_CUR); at < mOpened.st_size) {
+      Append(content, static_cast<std::size_t>(mOpened.st_size - at));
+    }
+    return content;
+  }
+
+  void Rewind() override {
+    if (lseek(mFile.Get(), 0, SEEK_SET) != 0) Raise(errno, mPath);
+  }
+
+  std::unique_ptr<TextWriter> Rewrite() override { return RewriteFile(mFile, mOpened, mPath); }
+
+ private:
+  static constexpr std::size_t Step = 1 << 20;
+
+  std::size_t Append(std::string& content, std::size_t size) {
+    const std::size_t before = content.size();
+    content.resize(before + size);
+    const std::size_t length = Read(content.data() + before, size);
+    content.resize(before + length);
+    return length;
+  }
+
+  const Handle mFile;
+  const struct stat mOpened;
+  const std::string mPath;
+};
+
+}  // namespace
+
+/// Looked at before it is opened, since opening a pipe or device can hang or do something; the one look-up
+/// tells the size as well.
+std::unique_ptr<TextReader> OpenText(const std::string& path) {
+  const Location location(path);
+  struct stat status {};
+  if (fstatat(location.Folder(), location.Name(), &status, 0) != 0)
+    Raise(errno, path, FileError::FileNotFound);
+  if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
+  Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);
+  return std::make_unique<FileReader>(std::move(file), status, path);
+}
+
+}  // namespace brackwell::posix

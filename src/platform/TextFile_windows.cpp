@@ -1,0 +1,75 @@
+#include "platform/TextFile_windows.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/FileRewrite_windows.h"
+#include "platform/Win32.h"
+
+namespace brackwell::win32 {
+namespace {
+
+class FileReader final : public TextReader {
+ public:
+  FileReader(Handle file, const BY_HANDLE_FILE_INFORMATION& opened, std::string path)
+      : mFile(std::make_shared<Handle>(std::move(file))), mOpened(opened), mPath(std::move(path)) {}
+
+  std::uint64_t Size() const override {
+    return std::uint64_t{mOpened.nFileSizeHigh} << 32 | mOpened.nFileSizeLow;
+  }
+
+  std::size_t Read(char* buffer, std::size_t size) override {
+    std::size_t done = 0;
+    while (done < size) {
+      const auto wanted = static_cast<DWORD>(std::min<std::size_t>(size - done, 1 << 30));
+      DWORD length = 0;
+      if (!ReadFile(mFile->Get(), buffer + done, wanted, &length, nullptr)) Raise(GetLastError(), mPath);
+      if (length == 0) break;
+      done += length;
+    }
+    return done;
+  }
+
+  std::string ReadAll() override {
+    LARGE_INTEGER at{};
+    if (!SetFilePointerEx(mFile->Get(), LARGE_INTEGER{}, &at, FILE_CURRENT)) Raise(GetLastError(), mPath);
+    const auto position = static_cast<std::uint64_t>(at.QuadPart);
+    std::string content(Size() > position ? Size() - position : 0, '\0');
+    content.resize(Read(content.data(), content.size()));
+    return content;
+  }
+
+  void Rewind() override {
+    if (!SetFilePointerEx(mFile->Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN)) Raise(GetLastError(), mPath);
+  }
+
+  std::unique_ptr<TextWriter> Rewrite() override { return RewriteFile(mFile, mOpened, mPath); }
+
+ private:
+  const std::shared_ptr<Handle> mFile;  // the writer closes it: an open file cannot be replaced
+  const BY_HANDLE_FILE_INFORMATION mOpened;
+  const std::string mPath;
+};
+
+bool IsFolder(const std::wstring& nativePath) {
+  const DWORD attributes = GetFileAttributesW(nativePath.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+}  // namespace
+
+std::unique_ptr<TextReader> OpenText(const std::string& path) {
+  const std::wstring nativePath = NativePath(path);
+  Handle file = Open(nativePath, GENERIC_READ);
+  if (!file.IsOpen()) {
+    const DWORD error = GetLastError();
+    if (IsFolder(nativePath)) throw FileSystemError(FileError::PathFileAccess, path);
+    Raise(error, path, FileError::FileNotFound);
+  }
+  if (GetFileType(file.Get()) != FILE_TYPE_DISK) throw FileSystemError(FileError::PathFileAccess, path);
+  BY_HANDLE_FILE_INFORMATION opened{};
+  if (!GetFileInformationByHandle(file.Get(), &opened)) Raise(GetLastError(), path);
+  return std::make_unique<FileReader>(std::move(file), opened, path);
+}
+
+}  // namespace brackwell::win32
