@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <unordered_map>
 
 namespace brackwell {
 namespace {
@@ -94,6 +95,21 @@ std::strong_ordering Compare(std::string_view a, std::string_view b, Rank rank) 
 
 std::string Upper(std::string_view text) { return Map(text, UpperAscii, utf8proc_toupper); }
 std::string Lower(std::string_view text) { return Map(text, LowerAscii, utf8proc_tolower); }
+
+std::u32string CaseVariants(char32_t character) {
+  using Classes = std::unordered_map<utf8proc_int32_t, std::u32string>;
+  static const Classes mappedElsewhere = [] {
+    Classes classes;
+    for (utf8proc_int32_t code = 0; code < 0x110000; ++code)
+      if (const auto lower = utf8proc_tolower(code); lower != code) classes[lower] += static_cast<char32_t>(code);
+    return classes;
+  }();
+  const auto lower = utf8proc_tolower(static_cast<utf8proc_int32_t>(character));
+  std::u32string variants;
+  if (utf8proc_tolower(lower) == lower) variants += static_cast<char32_t>(lower);
+  if (const auto found = mappedElsewhere.find(lower); found != mappedElsewhere.end()) variants += found->second;
+  return variants;
+}
 
 std::strong_ordering CompareIgnoreCase(std::string_view a, std::string_view b) {
   return Compare(a, b, [](char c) { return static_cast<utf8proc_int32_t>(UpperAscii(c)); });

@@ -12,6 +12,9 @@ namespace brackwell {
 std::string Upper(std::string_view text);
 std::string Lower(std::string_view text);
 
+/// Every character that Lower maps to the same one as `character`, itself among them.
+std::u32string CaseVariants(char32_t character);
+
 /// Compares the upper-cased texts code point by code point, without making them.
 std::strong_ordering CompareIgnoreCase(std::string_view a, std::string_view b);
 

@@ -1,0 +1,238 @@
+#include "replace/PhraseSearch.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "platform/CaseRules.h"
+
+namespace brackwell {
+namespace {
+
+/// Sixteen bytes that are worked on at once.
+using Block = unsigned char __attribute__((vector_size(16)));
+using Words = std::uint64_t __attribute__((vector_size(16)));
+
+Block Load(const char* bytes) {
+  Block block;
+  std::memcpy(&block, bytes, sizeof block);
+  return block;
+}
+
+bool IsAnySet(Block flags) {
+  Words words;
+  std::memcpy(&words, &flags, sizeof words);
+  return (words[0] | words[1]) != 0;
+}
+
+/// Takes the first flag (a byte of ones) out of a word, and gives its place in memory.
+std::size_t TakeFirst(std::uint64_t& flags) {
+  constexpr bool IsLittle = std::endian::native == std::endian::little;
+  const std::size_t place = (IsLittle ? std::countr_zero(flags) : std::countl_zero(flags)) / 8;
+  flags &= ~(std::uint64_t{0xFF} << 8 * (IsLittle ? place : 7 - place));
+  return place;
+}
+
+/// How often a byte occurs in the files that people search. All that matters is which are the rare ones.
+double FrequencyOf(unsigned char byte) {
+  constexpr std::string_view FromTheCommonest =
+      " etaoinsrlhdcumpfg\n_y.b,vw-/()0\"=1*x;:k2>'<\tT#SACEI3RPNLDq4j5OMF86z79B&{}[]";
+  if (byte == 0) return 0.3;  // every other byte of much text in UTF-16
+  const std::size_t rank = FromTheCommonest.find(static_cast<char>(byte));
+  return rank == std::string_view::npos
+             ? 0.001
+             : 0.8 / (8.0 + static_cast<double>(rank) * static_cast<double>(rank) / 4);
+}
+
+}  // namespace
+
+PhraseSearch::PhraseSearch(std::u32string_view phrase, TextEncoding encoding)
+    : mUnit(encoding == TextEncoding::Utf16Le || encoding == TextEncoding::Utf16Be ? 2 : 1) {
+  for (const char32_t each : phrase) {
+    Character character{{}, 4, 0};
+    for (const char32_t variant : CaseVariants(each)) {
+      const auto encoded = Encode(variant, encoding);
+      if (!encoded) continue;
+      auto& added = character.Variants.emplace_back(Character::Variant{{}, encoded->size()});
+      encoded->copy(added.Bytes.data(), encoded->size());
+      character.Shortest = std::min(character.Shortest, encoded->size());
+      character.Longest = std::max(character.Longest, encoded->size());
+    }
+    if (character.Variants.empty()) {
+      mPhrase.clear();
+      mLongest = 0;
+      return;
+    }
+    mLongest += character.Longest;
+    mPhrase.push_back(std::move(character));
+  }
+  if (mPhrase.empty()) return;
+  mAnchor = ChooseAnchor();
+  for (std::size_t i = 0; i < mAnchor.Index; ++i) {
+    mShortestBefore += mPhrase[i].Shortest;
+    mLongestBefore += mPhrase[i].Longest;
+  }
+}
+
+bool PhraseSearch::ByteTest::Passes(char byte) const {
+  const auto value = static_cast<unsigned char>(byte);
+  return (value & Masks[0]) == Values[0] || (value & Masks[1]) == Values[1];
+}
+
+PhraseSearch::ByteTest PhraseSearch::MakeTest(std::size_t offset, const std::vector<unsigned char>& bytes) {
+  // Two cases of an ASCII letter differ in one bit; what is beyond ASCII has little in common with them.
+  ByteTest test{.Offset = offset};
+  std::array<bool, 2> used{};
+  for (const unsigned char byte : bytes) {
+    const std::size_t half = byte < 0x80 ? 0 : 1;
+    if (!used[half]) {
+      test.Masks[half] = 0xFF;
+      test.Values[half] = byte;
+      used[half] = true;
+    }
+    test.Masks[half] &= static_cast<unsigned char>(~(byte ^ test.Values[half]));
+    test.Values[half] &= test.Masks[half];
+  }
+  const std::size_t other = used[0] ? 0 : 1;
+  for (std::size_t half : {0, 1}) {
+    if (used[half]) continue;
+    test.Masks[half] = test.Masks[other];
+    test.Values[half] = test.Values[other];
+  }
+  return test;
+}
+
+double PhraseSearch::Frequency(const ByteTest& test) {
+  double frequency = 0;
+  for (int byte = 0; byte < 0x100; ++byte)
+    if (test.Passes(static_cast<char>(byte))) frequency += FrequencyOf(static_cast<unsigned char>(byte));
+  return frequency;
+}
+
+/// A test for each byte of a match whose distance from the character `index` is always the same.
+std::vector<PhraseSearch::ByteTest> PhraseSearch::TestsFrom(std::size_t index) const {
+  constexpr std::size_t FarEnough = 32;
+  std::vector<ByteTest> tests;
+  for (std::size_t offset = 0; index < mPhrase.size() && offset < FarEnough; ++index) {
+    const Character& character = mPhrase[index];
+    const std::size_t known = character.HasOneLength() ? character.Longest : 1;
+    for (std::size_t i = 0; i < known; ++i) {
+      std::vector<unsigned char> bytes;
+      for (const auto& variant : character.Variants)
+        bytes.push_back(static_cast<unsigned char>(variant.Bytes[i]));
+      tests.push_back(MakeTest(offset + i, bytes));
+    }
+    if (!character.HasOneLength()) break;
+    offset += known;
+  }
+  return tests;
+}
+
+/// Where the two rarest bytes are.
+PhraseSearch::Anchor PhraseSearch::ChooseAnchor() const {
+  constexpr std::size_t FarEnough = 256;
+  Anchor best;
+  for (std::size_t index = 0; index < std::min(mPhrase.size(), FarEnough); ++index) {
+    const auto tests = TestsFrom(index);
+    for (std::size_t i = 0; i < tests.size(); ++i)
+      for (std::size_t j = i + (tests.size() > 1 ? 1 : 0); j < tests.size(); ++j) {
+        const double frequency = Frequency(tests[i]) * (i == j ? 1 : Frequency(tests[j]));
+        if (frequency < best.Frequency) best = {index, {tests[i], tests[j]}, frequency};
+      }
+  }
+  return best;
+}
+
+std::optional<PhraseSearch::Match> PhraseSearch::MatchAt(std::string_view bytes, std::size_t anchor) const {
+  const auto fitting = [](const Character& character, auto fits) -> std::size_t {
+    for (const auto& variant : character.Variants)
+      if (fits(std::string_view(variant.Bytes.data(), variant.Length))) return variant.Length;
+    return 0;
+  };
+  std::string_view after = bytes.substr(anchor);
+  for (std::size_t i = mAnchor.Index; i < mPhrase.size(); ++i) {
+    const std::size_t length =
+        fitting(mPhrase[i], [after](std::string_view each) { return after.starts_with(each); });
+    if (length == 0) return std::nullopt;
+    after.remove_prefix(length);
+  }
+  std::string_view before = bytes.substr(0, anchor);
+  for (std::size_t i = mAnchor.Index; i-- > 0;) {
+    const std::size_t length =
+        fitting(mPhrase[i], [before](std::string_view each) { return before.ends_with(each); });
+    if (length == 0) return std::nullopt;
+    before.remove_suffix(length);
+  }
+  return Match{before.size(), bytes.size() - after.size()};
+}
+
+/// Calls `candidate` for the places from `from` on, before `to`, that pass the tests; it returns false to end
+/// it.
+template <typename Candidate>
+void PhraseSearch::ForEachCandidate(std::string_view bytes, std::size_t from, std::size_t to,
+                                    Candidate candidate) const {
+  const ByteTest& first = mAnchor.Tests[0];
+  const ByteTest& second = mAnchor.Tests[1];
+  const auto passing = [](const ByteTest& test, const char* at) {
+    const Block block = Load(at + test.Offset);
+    return Block((block & test.Masks[0]) == test.Values[0]) |
+           Block((block & test.Masks[1]) == test.Values[1]);
+  };
+  constexpr std::size_t Step = 4 * sizeof(Block);
+  const std::size_t reach = std::max(first.Offset, second.Offset);
+  std::size_t at = from;
+  for (; at < to && at + reach + Step <= bytes.size(); at += Step) {
+    Block flags[4];
+    for (std::size_t i = 0; i < 4; ++i) {
+      const char* const here = bytes.data() + at + i * sizeof(Block);
+      flags[i] = passing(first, here) & passing(second, here);
+    }
+    if (!IsAnySet(flags[0] | flags[1] | flags[2] | flags[3])) [[likely]]
+      continue;
+    for (std::size_t i = 0; i < Step / sizeof(std::uint64_t); ++i) {
+      std::uint64_t word;
+      std::memcpy(&word, reinterpret_cast<const char*>(flags) + i * sizeof word, sizeof word);
+      while (word != 0) {
+        const std::size_t place = at + i * sizeof word + TakeFirst(word);
+        if (place >= to || !candidate(place)) return;
+      }
+    }
+  }
+  for (; at < to && at + reach < bytes.size(); ++at)
+    if (first.Passes(bytes[at + first.Offset]) && second.Passes(bytes[at + second.Offset]) && !candidate(at))
+      return;
+}
+
+/// Calls `found` for each match that begins in [from, to), in order; it returns false to end it.
+template <typename Found>
+void PhraseSearch::ForEachMatch(std::string_view bytes, std::size_t from, std::size_t to, Found found) const {
+  if (mPhrase.empty()) return;
+  ForEachCandidate(bytes, from + mShortestBefore, std::min(bytes.size(), to + mLongestBefore),
+                   [&](std::size_t place) {
+                     if (place % mUnit != 0) return true;
+                     const auto match = MatchAt(bytes, place);
+                     return !match || match->Begin < from || match->Begin >= to || found(*match);
+                   });
+}
+
+std::optional<PhraseSearch::Match> PhraseSearch::Find(std::string_view bytes, std::size_t from,
+                                                      std::size_t to) const {
+  std::optional<Match> first;
+  ForEachMatch(bytes, from, to, [&](const Match& match) {
+    first = match;
+    return false;
+  });
+  return first;
+}
+
+PhraseSearch::Tally PhraseSearch::Count(std::string_view bytes, std::size_t from, std::size_t to) const {
+  Tally tally;
+  ForEachMatch(bytes, from, to, [&](const Match& match) {
+    ++tally.Matches;
+    tally.Bytes += static_cast<std::int64_t>(match.End - match.Begin);
+    return true;
+  });
+  return tally;
+}
+
+}  // namespace brackwell

@@ -1,0 +1,129 @@
+#include "replace/ReplaceEngine.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "common/Progress.h"
+#include "common/Text.h"
+#include "platform/CaseRules.h"
+#include "replace/FileReplacer.h"
+
+namespace brackwell {
+namespace {
+
+/// Ends a scan from whatever depth it has reached.
+struct StoppedByUser {};
+
+constexpr std::int64_t LargestCount = std::numeric_limits<std::int32_t>::max();
+
+}  // namespace
+
+std::vector<std::string> ParseList(std::string_view text) { return SplitList(TidyList(Lower(text))); }
+
+bool ExtensionInList(std::string_view extension, const std::vector<std::string>& list) {
+  return std::ranges::find(list, Lower(extension)) != list.end();
+}
+
+bool NameIsExcluded(std::string_view name, const std::vector<std::string>& list) {
+  if (list.empty()) return false;
+  const std::string lower = Lower(name);
+  return std::ranges::any_of(list, [&](const std::string& item) { return lower.starts_with(item); });
+}
+
+ReplaceEngine::ReplaceEngine(FileSystemObject& files, ReplaceOptions options, Progress& progress,
+                             ReplaceRows& rows, ReplaceProblemSink problem)
+    : mFiles(files),
+      mOptions(std::move(options)),
+      mProgress(progress),
+      mRows(rows),
+      mProblem(std::move(problem)),
+      mTick([this] { DoEvents(); }),
+      mReplacer(std::make_unique<FileReplacer>(mOptions.Find, mOptions.Replace, mProgress)) {}
+
+ReplaceEngine::~ReplaceEngine() = default;
+
+bool ReplaceEngine::ScanFolder() {
+  try {
+    // Not on the program's stack: trees may be deeper than that.
+    std::vector<SubFolder> pending{{mOptions.Folder, false}};
+    while (!pending.empty()) {
+      const SubFolder next = std::move(pending.back());
+      pending.pop_back();
+      if (!next.IsLink || !LeadsBack(mFiles, mOptions.Folder, next.Path)) ListFolder(next.Path, pending);
+      DoEvents();
+    }
+    return true;
+  } catch (const StoppedByUser&) {
+    return false;
+  }
+}
+
+/// Its files before its subfolders, and those before whatever else is pending.
+void ReplaceEngine::ListFolder(const std::string& path, std::vector<SubFolder>& pending) {
+  const auto folder = mFiles.GetFolder(path, mTick);
+  Tell("Scanning - ", path);
+  try {
+    ListFiles(*folder);
+  } catch (const FileSystemError&) {
+    // A folder that may not be listed has no files to look into.
+  }
+  if (!mOptions.Subfolders) return;
+  const std::vector<Member>& subFolders = folder->SubFolders();
+  for (auto member = subFolders.rbegin(); member != subFolders.rend(); ++member)
+    if (!NameIsExcluded(member->Name, mOptions.ExclusionList))
+      pending.push_back({JoinPath(path, member->Name), member->IsLink});
+}
+
+void ReplaceEngine::ListFiles(Folder& folder) {
+  for (const Member& file : folder.Files()) {
+    if (ExtensionInList(GetFileExtension(file.Name), mOptions.ExtensionList) &&
+        !NameIsExcluded(file.Name, mOptions.ExclusionList))
+      mRows.push_back({JoinPath(folder.Path(), file.Name), {}});
+    DoEvents();
+  }
+}
+
+bool ReplaceEngine::ProcessFiles() {
+  const std::size_t count = mRows.size();
+  for (mItem = 0; mItem < count;) {
+    if (mProgress.Stopped()) return false;
+    ReplaceRow& row = mRows[mItem++];
+    Tell("Working - ", row.Path);
+    ProcessFile(row);
+    mProgress.DoEvents();
+  }
+  return true;
+}
+
+void ReplaceEngine::ProcessFile(ReplaceRow& row) {
+  if (mFiles.GetFile(row.Path).Size == 0) {
+    row.Result = {ReplaceResult::Kind::ZeroSize, 0};
+    return;
+  }
+  auto file = mFiles.OpenTextFile(row.Path);
+  const std::int64_t count = mReplacer->CountMatches(*file);
+  if (count > LargestCount) throw OverflowError(row.Path);
+  row.Result = {mOptions.ReplaceMode ? ReplaceResult::Kind::Replaced : ReplaceResult::Kind::Found,
+                static_cast<std::int32_t>(count)};
+  if (mOptions.ReplaceMode && count > 0) {
+    const auto problem = mReplacer->ReplaceText();
+    file.reset();
+    if (problem) mProblem(*problem, row);
+  }
+  if (count > LargestCount - mTotal) throw OverflowError(row.Path);
+  mTotal += static_cast<std::int32_t>(count);
+}
+
+void ReplaceEngine::Tell(std::string_view what, std::string_view path) {
+  mMessage = what;
+  mMessage += path;
+  mProgress.Message(mMessage);
+}
+
+void ReplaceEngine::DoEvents() const {
+  mProgress.DoEvents();
+  if (mProgress.Stopped()) throw StoppedByUser{};
+}
+
+}  // namespace brackwell

@@ -1,0 +1,34 @@
+#include "replace/ReplaceRow.h"
+
+#include "common/Text.h"
+
+namespace brackwell {
+
+std::string ResultText(const ReplaceResult& result) {
+  switch (result.What) {
+    case ReplaceResult::Kind::None:
+      return {};
+    case ReplaceResult::Kind::ZeroSize:
+      return "File has 0 size";
+    case ReplaceResult::Kind::Found:
+      return std::to_string(result.Count) + " matches found";
+    case ReplaceResult::Kind::Replaced:
+      return std::to_string(result.Count) + " matches replaced";
+  }
+  return {};
+}
+
+std::string TotalText(std::int32_t total, bool replaceMode) {
+  return std::to_string(total) + " total matches were " + (replaceMode ? "replaced" : "found");
+}
+
+std::string ProblemText(ReplaceProblem problem, std::string_view path) {
+  const std::string shown = ShownText(path);
+  if (problem == ReplaceProblem::CannotEncode)
+    return "Can't replace in " + shown +
+           ". The replacement has characters that the file's encoding does not.";
+  return "Can't open " + shown + ". It is possibly open in another application or you " +
+         "don't have permissions to modify the file.";
+}
+
+}  // namespace brackwell

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+
+namespace brackwell {
+
+/// What became of one listed file.
+struct ReplaceResult {
+  enum class Kind : std::uint8_t { None, ZeroSize, Found, Replaced };
+  Kind What = Kind::None;
+  std::int32_t Count = 0;
+};
+
+/// One file of the work list, and its result once it has one.
+struct ReplaceRow {
+  std::string Path;  // native
+  ReplaceResult Result;
+};
+
+/// Hundreds of thousands of them: a list that grows without moving what it has.
+using ReplaceRows = std::deque<ReplaceRow>;
+
+/// "3 matches found", "3 matches replaced", "File has 0 size"; nothing for a file whose turn has not come.
+std::string ResultText(const ReplaceResult& result);
+
+/// "14 total matches were replaced".
+std::string TotalText(std::int32_t total, bool replaceMode);
+
+/// Why a file that holds the phrase was left as it is.
+enum class ReplaceProblem {
+  CannotOpen,    // it may not be written, the disk is full, or somebody else has changed it meanwhile
+  CannotEncode,  // its encoding has no such characters as the replacement holds
+};
+
+/// What the user is told of the file `path`, a native path.
+std::string ProblemText(ReplaceProblem problem, std::string_view path);
+
+}  // namespace brackwell
