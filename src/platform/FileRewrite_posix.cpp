@@ -1,13 +1,19 @@
 #include "platform/FileRewrite_posix.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/statfs.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <string_view>
 #include <utility>
 
+#include "platform/FileProperties_posix.h"
+#include "platform/InPlaceCopy_posix.h"
 #include "platform/Paths.h"
 #include "platform/PendingFile_posix.h"
+#include "platform/TempFolder.h"
 
 namespace brackwell::posix {
 namespace {
@@ -20,23 +26,44 @@ bool IsUnchanged(const struct stat& before, const struct stat& now) {
          AreEqual(before.st_mtim, now.st_mtim) && AreEqual(before.st_ctim, now.st_ctim);
 }
 
+/// False also for a folder that only takes additions: there nothing can be replaced, nor a neighbour be
+/// removed.
+bool MayBeChanged(const Handle& folder) {
+  struct statx status {};
+  return faccessat(folder.Get(), ".", W_OK | X_OK, AT_EACCESS) == 0 &&
+         (statx(folder.Get(), "", AT_EMPTY_PATH, 0, &status) != 0 ||
+          (status.stx_attributes & STATX_ATTR_APPEND) == 0);
+}
+
+/// True where the system puts a file's content on the disk before a rename that gives it the name of another.
+/// Elsewhere a power cut could leave a name without content, unless the disk is waited for, each time.
+bool RenameKeepsOrder(const Handle& file) {
+  struct statfs system {};
+  if (fstatfs(file.Get(), &system) != 0) return false;
+  return system.f_type == EXT4_SUPER_MAGIC || system.f_type == BTRFS_SUPER_MAGIC ||
+         system.f_type == TMPFS_MAGIC;
+}
+
 class FileRewriter final : public TextWriter {
  public:
-  FileRewriter(const Handle& file, const struct stat& opened, const std::string& path)
+  FileRewriter(const Handle& file, const struct stat& opened, std::string path)
       : mOpened(opened),
-        mPath(FindTarget(path).Path),
+        mPath(std::move(path)),
+        mName(FileName(mPath)),
         mOld(fcntl(file.Get(), F_DUPFD_CLOEXEC, 0)),
         mFolder(OpenParent(mPath)),
-        mNew((CheckReplaceable(mOpened, mPath), OpenParent(mPath)), std::string(FileName(mPath)), mPath) {
+        mLiesBeside(MayBeChanged(mFolder)),
+        mNew(mLiesBeside ? OpenParent(mPath) : OpenFolder(GetTempFolder()), mName, mPath) {
     if (!mOld.IsOpen()) Raise(errno, mPath);
+    CheckUnchanged();
+    if (!MayReplace()) mNew.GiveUpName();
   }
 
   void Write(std::string_view bytes) override { WriteAll(mNew.File(), bytes, mPath); }
 
   void Close() override {
     CheckUnchanged();
-    KeepOwnerAndMode();
-    mNew.Commit(true);
+    if (!TryToReplace()) Overwrite();
   }
 
  private:
@@ -44,23 +71,59 @@ class FileRewriter final : public TextWriter {
     struct stat open {};
     struct stat named {};
     if (fstat(mOld.Get(), &open) != 0 || !IsUnchanged(mOpened, open) ||
-        fstatat(mFolder.Get(), std::string(FileName(mPath)).c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0 ||
+        fstatat(mFolder.Get(), mName.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0 ||
         !IsUnchanged(mOpened, named))
       throw FileSystemError(FileError::PathFileAccess, mPath);
   }
 
-  void KeepOwnerAndMode() const {
-    const int file = mNew.Descriptor();
-    if ((mOpened.st_uid != geteuid() || mOpened.st_gid != getegid()) &&
-        fchown(file, mOpened.st_uid, mOpened.st_gid) != 0)
-      Raise(errno, mPath);
-    if (fchmod(file, mOpened.st_mode & 07777) != 0) Raise(errno, mPath);
+  bool MayReplace() const { return mLiesBeside && mOpened.st_nlink == 1; }
+
+  /// False where the new content has to go into the very file that is there: it has other names, belongs to
+  /// somebody else, is mounted there, or lies in a folder that may not be changed.
+  bool TryToReplace() {
+    if (!MayReplace() || !CopyProperties(mOld, mOpened, mNew.File())) return false;
+    if (!RenameKeepsOrder(mNew.File()) && fdatasync(mNew.Descriptor()) != 0) Raise(errno, mPath);
+    try {
+      mNew.Commit(true);
+      return true;
+    } catch (const FileSystemError& error) {
+      if (error.Kind() != FileError::PermissionDenied) throw;
+      return false;
+    }
+  }
+
+  void Overwrite() {
+    mNew.GiveUpName();
+    const off_t size = SaveOldContent();
+    const Handle target = OpenToWrite();
+    CheckUnchanged();
+    if (const int error = CopyInPlace(mNew.File(), size, target, mOpened)) Raise(error, mPath);
+  }
+
+  /// Behind the new content, whose size it gives.
+  off_t SaveOldContent() const {
+    struct stat made {};
+    if (fstat(mNew.Descriptor(), &made) != 0) Raise(errno, mPath);
+    off_t done = 0;
+    if (const int error = CopyBytes(mOld.Get(), 0, mNew.Descriptor(), made.st_size, mOpened.st_size, done))
+      Raise(error, mPath);
+    return made.st_size;
+  }
+
+  Handle OpenToWrite() const {
+    Handle target(openat(mFolder.Get(), mName.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!target.IsOpen() || fstat(target.Get(), &status) != 0) Raise(errno, mPath);
+    if (!IsUnchanged(mOpened, status)) throw FileSystemError(FileError::PathFileAccess, mPath);
+    return target;
   }
 
   const struct stat mOpened;
   const std::string mPath;
+  const std::string mName;
   const Handle mOld;
   const Handle mFolder;
+  const bool mLiesBeside;  // else in the folder for temporary files
   PendingFile mNew;
 };
 
@@ -68,7 +131,9 @@ class FileRewriter final : public TextWriter {
 
 std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened,
                                         const std::string& path) {
-  return std::make_unique<FileRewriter>(file, opened, path);
+  std::string target = FindTarget(path).Path;
+  CheckReplaceable(opened, target);
+  return std::make_unique<FileRewriter>(file, opened, std::move(target));
 }
 
 }  // namespace brackwell::posix

@@ -27,8 +27,11 @@ PendingFile::PendingFile(Handle folder, std::string name, std::string path)
   if (!OpenUnnamed()) OpenNamed();
 }
 
-PendingFile::~PendingFile() {
+PendingFile::~PendingFile() { GiveUpName(); }
+
+void PendingFile::GiveUpName() {
   if (!mNeighbour.empty()) unlinkat(mFolder.Get(), mNeighbour.c_str(), 0);
+  mNeighbour.clear();
 }
 
 bool PendingFile::OpenUnnamed() {

@@ -21,6 +21,8 @@ class PendingFile {
   int Descriptor() const { return mFile.Get(); }
   /// Raises FileAlreadyExists where the name is taken and is not to be replaced.
   void Commit(bool replace);
+  /// Says that it will not take its target's place: it goes with its descriptor, even if we are killed.
+  void GiveUpName();
 
  private:
   bool OpenUnnamed();

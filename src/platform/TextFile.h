@@ -10,16 +10,17 @@ namespace brackwell {
 
 class TextWriter;
 
-/// Reads a file as the bytes it holds. Its calls raise FileSystemError.
+/// Reads a file as the bytes it holds, up to the size it was opened with: one that others add to all the time
+/// has an end as well. Its calls raise FileSystemError.
 class TextReader {
  public:
   virtual ~TextReader() = default;
-  /// The file's size in bytes when it was opened; 0 for files of the kernel's that tell none.
+  /// The file's size in bytes when it was opened. Files of the kernel's that tell none are read until nothing
+  /// comes.
   virtual std::uint64_t Size() const = 0;
   /// Up to `size` bytes into `buffer`; fewer only where the file ends, 0 at its end.
   virtual std::size_t Read(char* buffer, std::size_t size) = 0;
-  /// What is left of the file up to the size it was opened with: one that others add to all the time has an
-  /// end as well. A file that tells no size is read until nothing comes.
+  /// Everything that is left of the file.
   virtual std::string ReadAll() = 0;
   /// Back to the file's first byte.
   virtual void Rewind() = 0;

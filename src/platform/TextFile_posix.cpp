@@ -21,35 +21,40 @@ class FileReader final : public TextReader {
   std::uint64_t Size() const override { return static_cast<std::uint64_t>(mOpened.st_size); }
 
   std::size_t Read(char* buffer, std::size_t size) override {
+    const std::size_t wanted = TellsNoSize() ? size : std::min<std::uint64_t>(size, Left());
     std::size_t done = 0;
-    while (done < size) {
-      const auto length = read(mFile.Get(), buffer + done, size - done);
+    while (done < wanted) {
+      const auto length = read(mFile.Get(), buffer + done, wanted - done);
       if (length < 0 && errno == EINTR) continue;
       if (length < 0) Raise(errno, mPath);
       if (length == 0) break;
       done += static_cast<std::size_t>(length);
     }
+    mAt += done;
     return done;
   }
 
   std::string ReadAll() override {
     std::string content;
-    if (Size() == 0) {
+    if (!TellsNoSize())
+      Append(content, Left());
+    else
       while (Append(content, Step) == Step) continue;
-    } else if (const off_t at = lseek(mFile.Get(), 0, SEEK_CUR); at < mOpened.st_size) {
-      Append(content, static_cast<std::size_t>(mOpened.st_size - at));
-    }
     return content;
   }
 
   void Rewind() override {
     if (lseek(mFile.Get(), 0, SEEK_SET) != 0) Raise(errno, mPath);
+    mAt = 0;
   }
 
   std::unique_ptr<TextWriter> Rewrite() override { return RewriteFile(mFile, mOpened, mPath); }
 
  private:
   static constexpr std::size_t Step = 1 << 20;
+
+  bool TellsNoSize() const { return Size() == 0; }
+  std::uint64_t Left() const { return Size() - mAt; }
 
   std::size_t Append(std::string& content, std::size_t size) {
     const std::size_t before = content.size();
@@ -62,6 +67,7 @@ class FileReader final : public TextReader {
   const Handle mFile;
   const struct stat mOpened;
   const std::string mPath;
+  std::uint64_t mAt = 0;
 };
 
 }  // namespace

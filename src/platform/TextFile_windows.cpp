@@ -19,28 +19,28 @@ class FileReader final : public TextReader {
   }
 
   std::size_t Read(char* buffer, std::size_t size) override {
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, Size() - mAt));
     std::size_t done = 0;
-    while (done < size) {
-      const auto wanted = static_cast<DWORD>(std::min<std::size_t>(size - done, 1 << 30));
+    while (done < wanted) {
+      const auto step = static_cast<DWORD>(std::min<std::size_t>(wanted - done, 1 << 30));
       DWORD length = 0;
-      if (!ReadFile(mFile->Get(), buffer + done, wanted, &length, nullptr)) Raise(GetLastError(), mPath);
+      if (!ReadFile(mFile->Get(), buffer + done, step, &length, nullptr)) Raise(GetLastError(), mPath);
       if (length == 0) break;
       done += length;
     }
+    mAt += done;
     return done;
   }
 
   std::string ReadAll() override {
-    LARGE_INTEGER at{};
-    if (!SetFilePointerEx(mFile->Get(), LARGE_INTEGER{}, &at, FILE_CURRENT)) Raise(GetLastError(), mPath);
-    const auto position = static_cast<std::uint64_t>(at.QuadPart);
-    std::string content(Size() > position ? Size() - position : 0, '\0');
+    std::string content(static_cast<std::size_t>(Size() - mAt), '\0');
     content.resize(Read(content.data(), content.size()));
     return content;
   }
 
   void Rewind() override {
     if (!SetFilePointerEx(mFile->Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN)) Raise(GetLastError(), mPath);
+    mAt = 0;
   }
 
   std::unique_ptr<TextWriter> Rewrite() override { return RewriteFile(mFile, mOpened, mPath); }
@@ -49,6 +49,7 @@ class FileReader final : public TextReader {
   const std::shared_ptr<Handle> mFile;  // the writer closes it: an open file cannot be replaced
   const BY_HANDLE_FILE_INFORMATION mOpened;
   const std::string mPath;
+  std::uint64_t mAt = 0;
 };
 
 bool IsFolder(const std::wstring& nativePath) {

@@ -30,27 +30,6 @@ struct stat StatusOf(const std::string& path) {
 
 // --- A full disk
 
-/// Gives this process a disk of its own at `place`, of `size` bytes. Where that is not allowed no file may
-/// grow beyond that size, which a program cannot tell from a full disk either.
-void ShrinkDisk(const std::string& place, std::size_t size) {
-  const auto map = [](const char* file, unsigned id) { std::ofstream(file) << id << ' ' << id << " 1"; };
-  const uid_t user = geteuid();
-  const gid_t group = getegid();
-  if (user != 0) {
-    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) {
-      std::ofstream("/proc/self/setgroups") << "deny";
-      map("/proc/self/uid_map", user);
-      map("/proc/self/gid_map", group);
-    }
-  } else if (unshare(CLONE_NEWNS) == 0) {
-    mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
-  }
-  if (mount("tmpfs", place.c_str(), "tmpfs", 0, ("size=" + std::to_string(size)).c_str()) == 0) return;
-  std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit limit{size, size};
-  setrlimit(RLIMIT_FSIZE, &limit);
-}
-
 class FullDisk : public ComparedTrees {
  protected:
   static constexpr std::size_t MiB = 1 << 20;

@@ -486,30 +486,6 @@ TEST_F(TextStreams, ReadEmptyAndLongFiles) {
   EXPECT_EQ(mFiles->OpenTextFile(mTree.Path("long"))->ReadAll(), LongContent());
 }
 
-TEST_F(TextStreams, AreReadInPiecesAndFromTheStartAgain) {
-  mTree.File("file", "0123456789");
-  const auto reader = mFiles->OpenTextFile(mTree.Path("file"));
-  EXPECT_EQ(reader->Size(), 10U);
-  char piece[8] = {};
-  EXPECT_EQ(reader->Read(piece, 7), 7U);
-  EXPECT_STREQ(piece, "0123456");
-  EXPECT_EQ(reader->ReadAll(), "789");
-  EXPECT_EQ(reader->Read(piece, 7), 0U);
-  reader->Rewind();
-  EXPECT_EQ(reader->ReadAll(), "0123456789");
-}
-
-TEST_F(TextStreams, ReplaceTheFileThatIsReadWhenClosed) {
-  mTree.File("file", "the old text");
-  const auto reader = mFiles->OpenTextFile(mTree.Path("file"));
-  const auto writer = reader->Rewrite();
-  writer->Write("new");
-  EXPECT_EQ(mTree.Read("file"), "the old text");
-  writer->Close();
-  EXPECT_EQ(mTree.Read("file"), "new");
-  EXPECT_EQ(mTree.List(), Names{"file"});
-}
-
 TEST_F(TextStreams, AFileAppearsWhenItIsClosed) {
   const auto writer = mFiles->CreateTextFile(mTree.Path("new.txt"), false);
   writer->Write("text");

@@ -4,13 +4,18 @@
 #include <grp.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
+#include <fstream>
 #include <system_error>
 
 namespace brackwell {
@@ -18,6 +23,12 @@ namespace {
 
 void Require(bool done, const char* what) {
   if (!done) throw std::system_error(errno, std::generic_category(), what);
+}
+
+void Filter(sock_filter* steps, std::size_t count) {
+  const sock_fprog program{static_cast<unsigned short>(count), steps};
+  Require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "no new privileges");
+  Require(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0, "filter");
 }
 
 }  // namespace
@@ -45,6 +56,43 @@ void BecomeOrdinaryUser() {
   Require(setresuid(Nobody, Nobody, Nobody) == 0, "setresuid");
 }
 
+bool TakeMountsOfItsOwn() {
+  const auto map = [](const char* file, unsigned id) { std::ofstream(file) << id << ' ' << id << " 1"; };
+  const uid_t user = geteuid();
+  const gid_t group = getegid();
+  if (user == 0)
+    return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
+  std::ofstream("/proc/self/setgroups") << "deny";
+  map("/proc/self/uid_map", user);
+  map("/proc/self/gid_map", group);
+  return true;
+}
+
+bool ShrinkDisk(const std::string& place, std::size_t size) {
+  if (TakeMountsOfItsOwn() &&
+      mount("tmpfs", place.c_str(), "tmpfs", 0, ("size=" + std::to_string(size)).c_str()) == 0)
+    return true;
+  std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{size, size};
+  setrlimit(RLIMIT_FSIZE, &limit);
+  return false;
+}
+
+void RefuseCall(int number, int position, unsigned value, int error) {
+  const auto argument = static_cast<unsigned>(
+      offsetof(seccomp_data, args) + static_cast<std::size_t>(position) * sizeof(seccomp_data::args[0]));
+  sock_filter refuse[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, value, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  Filter(refuse, std::size(refuse));
+}
+
 void ForbidUnnamedFiles() {
   constexpr auto Flags = offsetof(seccomp_data, args) + 2 * sizeof(seccomp_data::args[0]);
   sock_filter refuse[] = {
@@ -55,9 +103,7 @@ void ForbidUnnamedFiles() {
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
   };
-  const sock_fprog program{std::size(refuse), refuse};
-  Require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "no new privileges");
-  Require(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0, "filter");
+  Filter(refuse, std::size(refuse));
   Require(open("/tmp", O_TMPFILE | O_RDWR, 0600) < 0 && errno == EOPNOTSUPP, "unnamed files still there");
 }
 

@@ -1,0 +1,95 @@
+#include "platform/FileProperties_posix.h"
+
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brackwell::posix {
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// What is granted to, or signed for, the old content only; the system takes it away when a file is written.
+bool BelongsToContent(const std::string& attribute) {
+  return attribute == "security.capability" || attribute == "security.ima" || attribute == "security.evm";
+}
+
+std::optional<Names> AttributesOf(const Handle& file) {
+  const auto size = flistxattr(file.Get(), nullptr, 0);
+  if (size < 0) return errno == ENOTSUP ? std::optional(Names()) : std::nullopt;
+  std::string list(static_cast<std::size_t>(size), '\0');
+  const auto length = flistxattr(file.Get(), list.data(), list.size());
+  if (length < 0) return std::nullopt;
+  Names names;
+  for (const char* name = list.data(); name < list.data() + length; name += std::strlen(name) + 1)
+    names.emplace_back(name);
+  return names;
+}
+
+std::optional<std::string> ValueOf(const Handle& file, const std::string& attribute) {
+  const auto size = fgetxattr(file.Get(), attribute.c_str(), nullptr, 0);
+  if (size < 0) return std::nullopt;
+  std::string value(static_cast<std::size_t>(size), '\0');
+  const auto length = fgetxattr(file.Get(), attribute.c_str(), value.data(), value.size());
+  if (length != size) return std::nullopt;
+  return value;
+}
+
+bool CopyAttribute(const Handle& from, const std::string& attribute, const Handle& to) {
+  const auto value = ValueOf(from, attribute);
+  if (!value) return false;
+  if (ValueOf(to, attribute) == value) return true;  // a label that the system has given, say
+  return fsetxattr(to.Get(), attribute.c_str(), value->data(), value->size(), 0) == 0;
+}
+
+/// A new file may have been given an access list by its folder.
+bool RemoveOtherAttributes(const Handle& file, const Names& kept) {
+  const auto attributes = AttributesOf(file);
+  return attributes && std::all_of(attributes->begin(), attributes->end(), [&](const std::string& attribute) {
+           return attribute.starts_with("security.") ||
+                  std::find(kept.begin(), kept.end(), attribute) != kept.end() ||
+                  fremovexattr(file.Get(), attribute.c_str()) == 0;
+         });
+}
+
+bool CopyAttributes(const Handle& from, const Handle& to) {
+  const auto attributes = AttributesOf(from);
+  return attributes && RemoveOtherAttributes(to, *attributes) &&
+         std::all_of(attributes->begin(), attributes->end(), [&](const std::string& attribute) {
+           return BelongsToContent(attribute) || CopyAttribute(from, attribute, to);
+         });
+}
+
+bool CopyOwner(const struct stat& status, const Handle& to) {
+  struct stat made {};
+  if (fstat(to.Get(), &made) != 0) return false;
+  if (made.st_uid == status.st_uid && made.st_gid == status.st_gid) return true;
+  return fchown(to.Get(), status.st_uid, status.st_gid) == 0;
+}
+
+/// The mode of such a file after this user has written to it.
+mode_t ModeOnceWritten(mode_t mode) {
+  mode &= 07777;
+  if (geteuid() == 0) return mode;
+  const bool runsAsGroup = (mode & S_IXGRP) != 0;
+  return mode & ~(S_ISUID | (runsAsGroup ? S_ISGID : 0U));
+}
+
+}  // namespace
+
+bool CopyProperties(const Handle& from, const struct stat& status, const Handle& to) {
+  const mode_t mode = ModeOnceWritten(status.st_mode);
+  struct stat made {};
+  // The mode last: a change of owner or access list changes it.
+  return CopyOwner(status, to) && CopyAttributes(from, to) &&
+         (fchmod(to.Get(), mode) == 0 || errno == EPERM) && fstat(to.Get(), &made) == 0 &&
+         made.st_uid == status.st_uid && made.st_gid == status.st_gid && (made.st_mode & 07777) == mode;
+}
+
+}  // namespace brackwell::posix
