@@ -8,7 +8,6 @@
 namespace brackwell {
 namespace {
 
-constexpr std::size_t PieceSize = 256 * 1024;
 constexpr std::size_t LongestUtf8 = 4;
 
 bool IsAscii(const std::optional<std::u32string>& text) {
@@ -38,8 +37,8 @@ auto Writing(Step step) try {
 
 }  // namespace
 
-FilePieces::FilePieces(std::size_t overlap)
-    : mCapacity(PieceSize + 2 * overlap), mBuffer(std::make_unique_for_overwrite<char[]>(mCapacity)) {}
+FilePieces::FilePieces(std::size_t capacity)
+    : mCapacity(capacity), mBuffer(std::make_unique_for_overwrite<char[]>(mCapacity)) {}
 
 void FilePieces::Open(TextReader& file) {
   mFile = &file;
@@ -81,7 +80,7 @@ class FileReplacer::Output {
 
   void Add(std::string_view bytes) {
     mPending += bytes;
-    if (mPending.size() >= PieceSize) Flush();
+    if (mPending.size() >= UsualPiece) Flush();
   }
   void Close() {
     Flush();
@@ -98,14 +97,15 @@ class FileReplacer::Output {
   std::string& mPending;
 };
 
-FileReplacer::FileReplacer(std::string_view find, std::string_view replace, Progress& progress)
+FileReplacer::FileReplacer(std::string_view find, std::string_view replace, Progress& progress,
+                           std::size_t piece)
     : mFind(Decode(find)),
       mReplace(Decode(replace)),
       mFindIsAscii(IsAscii(mFind)),
       mReplaceIsAscii(IsAscii(mReplace)),
       mSearches(SearchesFor(mFind.value_or(std::u32string()))),
       mProgress(progress),
-      mPieces(LongestOverlap(mSearches)) {}
+      mPieces(piece + 2 * LongestOverlap(mSearches)) {}
 
 std::int64_t FileReplacer::CountMatches(TextReader& file) {
   mFile = &file;

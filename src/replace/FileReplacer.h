@@ -19,8 +19,7 @@ class Progress;
 /// What the file grows by while it is read is left out.
 class FilePieces {
  public:
-  /// Pieces are large enough to keep up to `overlap` bytes of one with the next.
-  explicit FilePieces(std::size_t overlap);
+  explicit FilePieces(std::size_t capacity);
 
   /// The first piece of a file that has been opened just now.
   void Open(TextReader& file);
@@ -47,8 +46,11 @@ class FilePieces {
 /// is.
 class FileReplacer {
  public:
-  /// Both phrases are UTF-8. Events may run between two pieces of a file.
-  FileReplacer(std::string_view find, std::string_view replace, Progress& progress);
+  static constexpr std::size_t UsualPiece = 256 * 1024;
+
+  /// Both phrases are UTF-8. Events may run after every `piece` bytes of a file.
+  FileReplacer(std::string_view find, std::string_view replace, Progress& progress,
+               std::size_t piece = UsualPiece);
 
   /// How often the phrase occurs in a file that has been opened just now, overlapping places counted each.
   std::int64_t CountMatches(TextReader& file);

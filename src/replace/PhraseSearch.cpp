@@ -143,40 +143,49 @@ PhraseSearch::Anchor PhraseSearch::ChooseAnchor() const {
   return best;
 }
 
+/// The length of the variant that stands where `place` has it, in `room` bytes; 0 for none.
+template <typename Place>
+std::size_t PhraseSearch::Character::LengthAt(std::size_t room, Place place) const {
+  for (const Variant& variant : Variants) {
+    if (variant.Length > room) continue;
+    const char* const bytes = place(variant.Length);
+    std::size_t same = 0;
+    while (same < variant.Length && bytes[same] == variant.Bytes[same]) ++same;
+    if (same == variant.Length) return same;
+  }
+  return 0;
+}
+
 std::optional<PhraseSearch::Match> PhraseSearch::MatchAt(std::string_view bytes, std::size_t anchor) const {
-  const auto fitting = [](const Character& character, auto fits) -> std::size_t {
-    for (const auto& variant : character.Variants)
-      if (fits(std::string_view(variant.Bytes.data(), variant.Length))) return variant.Length;
-    return 0;
-  };
-  std::string_view after = bytes.substr(anchor);
+  std::size_t end = anchor;
   for (std::size_t i = mAnchor.Index; i < mPhrase.size(); ++i) {
     const std::size_t length =
-        fitting(mPhrase[i], [after](std::string_view each) { return after.starts_with(each); });
+        mPhrase[i].LengthAt(bytes.size() - end, [&](std::size_t) { return &bytes[end]; });
     if (length == 0) return std::nullopt;
-    after.remove_prefix(length);
+    end += length;
   }
-  std::string_view before = bytes.substr(0, anchor);
+  std::size_t begin = anchor;
   for (std::size_t i = mAnchor.Index; i-- > 0;) {
     const std::size_t length =
-        fitting(mPhrase[i], [before](std::string_view each) { return before.ends_with(each); });
+        mPhrase[i].LengthAt(begin, [&](std::size_t size) { return &bytes[begin - size]; });
     if (length == 0) return std::nullopt;
-    before.remove_suffix(length);
+    begin -= length;
   }
-  return Match{before.size(), bytes.size() - after.size()};
+  return Match{begin, end};
 }
 
 /// Calls `candidate` for the places from `from` on, before `to`, that pass the tests; it returns false to end
 /// it.
-template <typename Candidate>
+template <bool IsTwofold, typename Candidate>
 void PhraseSearch::ForEachCandidate(std::string_view bytes, std::size_t from, std::size_t to,
                                     Candidate candidate) const {
-  const ByteTest& first = mAnchor.Tests[0];
-  const ByteTest& second = mAnchor.Tests[1];
+  const ByteTest first = mAnchor.Tests[0];
+  const ByteTest second = mAnchor.Tests[1];
   const auto passing = [](const ByteTest& test, const char* at) {
     const Block block = Load(at + test.Offset);
-    return Block((block & test.Masks[0]) == test.Values[0]) |
-           Block((block & test.Masks[1]) == test.Values[1]);
+    const auto one = Block((block & test.Masks[0]) == test.Values[0]);
+    if constexpr (!IsTwofold) return one;
+    return one | Block((block & test.Masks[1]) == test.Values[1]);
   };
   constexpr std::size_t Step = 4 * sizeof(Block);
   const std::size_t reach = std::max(first.Offset, second.Offset);
@@ -207,12 +216,16 @@ void PhraseSearch::ForEachCandidate(std::string_view bytes, std::size_t from, st
 template <typename Found>
 void PhraseSearch::ForEachMatch(std::string_view bytes, std::size_t from, std::size_t to, Found found) const {
   if (mPhrase.empty()) return;
-  ForEachCandidate(bytes, from + mShortestBefore, std::min(bytes.size(), to + mLongestBefore),
-                   [&](std::size_t place) {
-                     if (place % mUnit != 0) return true;
-                     const auto match = MatchAt(bytes, place);
-                     return !match || match->Begin < from || match->Begin >= to || found(*match);
-                   });
+  const std::size_t last = std::min(bytes.size(), to + mLongestBefore);
+  const auto candidate = [&](std::size_t place) {
+    if (place % mUnit != 0) return true;
+    const auto match = MatchAt(bytes, place);
+    return !match || match->Begin < from || match->Begin >= to || found(*match);
+  };
+  if (mAnchor.Tests[0].IsTwofold() || mAnchor.Tests[1].IsTwofold())
+    ForEachCandidate<true>(bytes, from + mShortestBefore, last, candidate);
+  else
+    ForEachCandidate<false>(bytes, from + mShortestBefore, last, candidate);
 }
 
 std::optional<PhraseSearch::Match> PhraseSearch::Find(std::string_view bytes, std::size_t from,

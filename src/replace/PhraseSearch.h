@@ -46,6 +46,8 @@ class PhraseSearch {
     std::vector<Variant> Variants;
     std::size_t Shortest, Longest;
     bool HasOneLength() const { return Shortest == Longest; }
+    template <typename Place>
+    std::size_t LengthAt(std::size_t room, Place place) const;
   };
   /// Lets a byte pass that may stand at some distance from the anchor, and others seldom.
   struct ByteTest {
@@ -53,6 +55,7 @@ class PhraseSearch {
     std::array<unsigned char, 2> Masks{};
     std::array<unsigned char, 2> Values{};
     bool Passes(char byte) const;
+    bool IsTwofold() const { return Masks[0] != Masks[1] || Values[0] != Values[1]; }
   };
   /// A character of the phrase from which on places are looked for.
   struct Anchor {
@@ -66,7 +69,7 @@ class PhraseSearch {
   std::vector<ByteTest> TestsFrom(std::size_t index) const;
   Anchor ChooseAnchor() const;
   std::optional<Match> MatchAt(std::string_view bytes, std::size_t anchor) const;
-  template <typename Candidate>
+  template <bool IsTwofold, typename Candidate>
   void ForEachCandidate(std::string_view bytes, std::size_t from, std::size_t to, Candidate candidate) const;
   template <typename Found>
   void ForEachMatch(std::string_view bytes, std::size_t from, std::size_t to, Found found) const;

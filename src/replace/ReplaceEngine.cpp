@@ -97,11 +97,11 @@ bool ReplaceEngine::ProcessFiles() {
 }
 
 void ReplaceEngine::ProcessFile(ReplaceRow& row) {
-  if (mFiles.GetFile(row.Path).Size == 0) {
+  auto file = OpenUnlessEmpty(row.Path);
+  if (!file) {
     row.Result = {ReplaceResult::Kind::ZeroSize, 0};
     return;
   }
-  auto file = mFiles.OpenTextFile(row.Path);
   const std::int64_t count = mReplacer->CountMatches(*file);
   if (count > LargestCount) throw OverflowError(row.Path);
   row.Result = {mOptions.ReplaceMode ? ReplaceResult::Kind::Replaced : ReplaceResult::Kind::Found,
@@ -113,6 +113,18 @@ void ReplaceEngine::ProcessFile(ReplaceRow& row) {
   }
   if (count > LargestCount - mTotal) throw OverflowError(row.Path);
   mTotal += static_cast<std::int32_t>(count);
+}
+
+/// Nothing for what holds no bytes: empty files, pipes and the like, and links that lead nowhere.
+std::unique_ptr<TextReader> ReplaceEngine::OpenUnlessEmpty(const std::string& path) const try {
+  auto file = mFiles.OpenTextFile(path);
+  return file->Size() > 0 ? std::move(file) : nullptr;
+} catch (const FileSystemError& error) {
+  const ItemProperties file = mFiles.GetFile(path);
+  const bool leadsNowhere =
+      error.Kind() == FileError::FileNotFound && (file.Attributes & Attribute::Alias) != 0;
+  if (file.Size > 0 && !leadsNowhere) throw;
+  return nullptr;
 }
 
 void ReplaceEngine::Tell(std::string_view what, std::string_view path) {
