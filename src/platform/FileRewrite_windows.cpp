@@ -1,8 +1,15 @@
 #include "platform/FileRewrite_windows.h"
 
+#include <cstddef>
+#include <optional>
 #include <utility>
+#include <vector>
 
+#include "platform/FolderListing_windows.h"
+#include "platform/InPlaceCopy_windows.h"
+#include "platform/Paths.h"
 #include "platform/PendingFile_windows.h"
+#include "platform/TempFolder.h"
 
 namespace brackwell::win32 {
 namespace {
@@ -27,34 +34,140 @@ FILE_BASIC_INFO PropertiesFor(const BY_HANDLE_FILE_INFORMATION& opened) {
   return properties;
 }
 
+std::uint64_t SizeOf(const BY_HANDLE_FILE_INFORMATION& file) {
+  return std::uint64_t{file.nFileSizeHigh} << 32 | file.nFileSizeLow;
+}
+
+/// What a link leads to, so that the link stays.
+std::string TargetOf(const Handle& file, const std::string& path) {
+  Found found;
+  if (LookUp(path, found) != ERROR_SUCCESS || !found.IsLink) return path;
+  const std::string target = FinalPath(file);
+  if (target.empty()) throw FileSystemError(FileError::PathFileAccess, path);
+  return target;
+}
+
+bool HasOtherStreams(const std::string& path) {
+  WIN32_FIND_STREAM_DATA stream;
+  const HANDLE search = FindFirstStreamW(NativePath(path).c_str(), FindStreamInfoStandard, &stream, 0);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  const bool another = FindNextStreamW(search, &stream);
+  FindClose(search);
+  return another;
+}
+
+using Security = std::vector<std::byte>;
+
+/// Nothing where the file system keeps none or it may not be known.
+std::optional<Security> SecurityOf(const Handle& file) {
+  constexpr SECURITY_INFORMATION Wanted = OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
+  DWORD size = 0;
+  GetKernelObjectSecurity(file.Get(), Wanted, nullptr, 0, &size);
+  Security security(size);
+  if (size == 0 || !GetKernelObjectSecurity(file.Get(), Wanted, security.data(), size, &size))
+    return std::nullopt;
+  return security;
+}
+
+bool HaveSameOwner(Security& a, Security& b) {
+  PSID first = nullptr;
+  PSID second = nullptr;
+  BOOL byDefault = false;
+  return GetSecurityDescriptorOwner(a.data(), &first, &byDefault) &&
+         GetSecurityDescriptorOwner(b.data(), &second, &byDefault) && first && second &&
+         EqualSid(first, second);
+}
+
+/// False where the new file cannot be given the owner and the access list of the old.
+bool CopySecurity(const Handle& from, const Handle& to) {
+  auto wanted = SecurityOf(from);
+  auto made = SecurityOf(to);
+  if (!wanted || !made) return !wanted && !made;
+  if (*wanted == *made) return true;
+  SECURITY_DESCRIPTOR_CONTROL control = 0;
+  DWORD revision = 0;
+  if (!HaveSameOwner(*wanted, *made) || !GetSecurityDescriptorControl(wanted->data(), &control, &revision))
+    return false;
+  const SECURITY_INFORMATION inheriting = (control & SE_DACL_PROTECTED) != 0
+                                              ? PROTECTED_DACL_SECURITY_INFORMATION
+                                              : UNPROTECTED_DACL_SECURITY_INFORMATION;
+  return SetKernelObjectSecurity(to.Get(), DACL_SECURITY_INFORMATION | inheriting, wanted->data());
+}
+
+/// Beside the file, or where that folder may not be changed, in the one for temporary files.
+std::unique_ptr<PendingFile> MakePending(const std::string& path, bool& liesBeside) {
+  try {
+    liesBeside = true;
+    return std::make_unique<PendingFile>(path, HasOtherStreams(path) ? path : std::string());
+  } catch (const FileSystemError& error) {
+    if (error.Kind() != FileError::PermissionDenied) throw;
+    liesBeside = false;
+    return std::make_unique<PendingFile>(JoinPath(GetTempFolder(), FileName(path)));
+  }
+}
+
+Handle OpenToWrite(const std::string& path) {
+  Handle target = Open(NativePath(path), GENERIC_READ | GENERIC_WRITE);
+  if (!target.IsOpen()) Raise(GetLastError(), path);
+  return target;
+}
+
 class FileRewriter final : public TextWriter {
  public:
-  FileRewriter(std::shared_ptr<Handle> file, const BY_HANDLE_FILE_INFORMATION& opened,
-               const std::string& path)
-      : mOld(std::move(file)), mOpened(opened), mPath(path), mNew(path) {
-    mNew.SetProperties(PropertiesFor(opened));
+  FileRewriter(std::shared_ptr<Handle> file, const BY_HANDLE_FILE_INFORMATION& opened, std::string path)
+      : mOld(std::move(file)), mOpened(opened), mPath(std::move(path)) {
+    CheckUnchanged(OpenToWrite(mPath));
+    mNew = MakePending(mPath, mLiesBeside);
+    mNew->SetProperties(PropertiesFor(mOpened));
   }
 
-  void Write(std::string_view bytes) override { WriteAll(mNew.File(), bytes, mPath); }
+  void Write(std::string_view bytes) override { WriteAll(mNew->File(), bytes, mPath); }
 
   void Close() override {
-    CheckUnchanged();
-    *mOld = Handle();
-    mNew.Commit(true);
+    CheckUnchanged(Open(NativePath(mPath), 0));
+    if (!TryToReplace()) Overwrite();
   }
 
  private:
-  void CheckUnchanged() const {
-    const Handle file = Open(NativePath(mPath), 0);
+  void CheckUnchanged(const Handle& file) const {
     BY_HANDLE_FILE_INFORMATION now{};
     if (!file.IsOpen() || !GetFileInformationByHandle(file.Get(), &now) || !IsUnchanged(mOpened, now))
       throw FileSystemError(FileError::PathFileAccess, mPath);
   }
 
+  /// False where the new content has to go into the very file that is there: it has other names, belongs to
+  /// somebody else, is open elsewhere, or lies in a folder that may not be changed.
+  bool TryToReplace() {
+    if (!mLiesBeside || mOpened.nNumberOfLinks > 1) return false;
+    if (!CopySecurity(*mOld, mNew->File())) return false;
+    *mOld = Handle();
+    try {
+      mNew->Commit(true);
+      return true;
+    } catch (const FileSystemError& error) {
+      if (error.Kind() != FileError::PermissionDenied) throw;
+      return false;
+    }
+  }
+
+  void Overwrite() {
+    const Handle target = OpenToWrite(mPath);
+    CheckUnchanged(target);
+    LARGE_INTEGER size;
+    if (!GetFileSizeEx(mNew->File().Get(), &size)) Raise(GetLastError(), mPath);
+    const auto newSize = static_cast<std::uint64_t>(size.QuadPart);
+    std::uint64_t done = 0;
+    // The old content goes behind the new.
+    DWORD error = CopyBytes(target, 0, mNew->File(), newSize, SizeOf(mOpened), done);
+    if (error == ERROR_SUCCESS) error = CopyInPlace(mNew->File(), newSize, target, SizeOf(mOpened));
+    if (error != ERROR_SUCCESS) Raise(error, mPath);
+  }
+
   const std::shared_ptr<Handle> mOld;
   const BY_HANDLE_FILE_INFORMATION mOpened;
   const std::string mPath;
-  PendingFile mNew;
+  std::unique_ptr<PendingFile> mNew;
+  bool mLiesBeside = false;  // else in the folder for temporary files
 };
 
 }  // namespace
@@ -63,7 +176,8 @@ std::unique_ptr<TextWriter> RewriteFile(std::shared_ptr<Handle> file,
                                         const BY_HANDLE_FILE_INFORMATION& opened, const std::string& path) {
   if ((opened.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0)
     throw FileSystemError(FileError::PermissionDenied, path);
-  return std::make_unique<FileRewriter>(std::move(file), opened, path);
+  std::string target = TargetOf(*file, path);
+  return std::make_unique<FileRewriter>(std::move(file), opened, std::move(target));
 }
 
 }  // namespace brackwell::win32

@@ -24,27 +24,43 @@ std::string NeighbourPath(const std::string& path, int number) {
   return JoinPath(ParentPath(path), neighbour);
 }
 
-Handle CreateHidden(const std::wstring& nativePath) {
-  return Handle(CreateFileW(nativePath.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
-                            FILE_ATTRIBUTE_HIDDEN, nullptr));
+Handle OpenHidden(const std::wstring& nativePath, DWORD disposition) {
+  return Handle(CreateFileW(nativePath.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE | WRITE_DAC, 0, nullptr,
+                            disposition, FILE_ATTRIBUTE_HIDDEN, nullptr));
+}
+
+/// A copy of `model`, emptied: nothing else but the system's own copying knows all that a file has.
+Handle CreateLike(const std::wstring& nativePath, const std::string& model) {
+  if (!CopyFileW(NativePath(model).c_str(), nativePath.c_str(), true)) return Handle();
+  Handle file = OpenHidden(nativePath, OPEN_EXISTING);
+  if (file.IsOpen() && SetEndOfFile(file.Get())) return file;
+  const DWORD error = GetLastError();
+  file = Handle();
+  DeleteFileW(nativePath.c_str());
+  SetLastError(error);
+  return Handle();
+}
+
+Handle CreateHidden(const std::wstring& nativePath, const std::string& model) {
+  return model.empty() ? OpenHidden(nativePath, CREATE_NEW) : CreateLike(nativePath, model);
 }
 
 }  // namespace
 
-PendingFile::PendingFile(const std::string& path) : mPath(path) {
+PendingFile::PendingFile(const std::string& path, const std::string& model) : mPath(path) {
   mProperties.FileAttributes = FILE_ATTRIBUTE_NORMAL;
-  Open();
+  Open(model);
   if (!SetRemovedOnClose(true)) Raise(GetLastError(), mPath);
 }
 
-void PendingFile::Open() {
+void PendingFile::Open(const std::string& model) {
   DWORD error = ERROR_SUCCESS;
   for (int number = 0; number < NeighbourNumbers; ++number) {
     const std::wstring neighbour = NativePath(NeighbourPath(mPath, number));
-    mFile = CreateHidden(neighbour);
+    mFile = CreateHidden(neighbour, model);
     // What a power cut left can be deleted, what is being written cannot.
     if (!mFile.IsOpen() && GetLastError() == ERROR_FILE_EXISTS && DeleteFileW(neighbour.c_str()))
-      mFile = CreateHidden(neighbour);
+      mFile = CreateHidden(neighbour, model);
     if (mFile.IsOpen()) return;
     error = GetLastError();
     // A file that goes when it is closed, as those of other writers do, cannot be told from a forbidden one.

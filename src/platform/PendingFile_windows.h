@@ -10,8 +10,9 @@ namespace brackwell::win32 {
 /// before that, it leaves nothing behind, nor does a program that is killed: the system removes it.
 class PendingFile {
  public:
-  /// `path` is the file that is to be.
-  explicit PendingFile(const std::string& path);
+  /// `path` is the file that is to be. It begins empty, with the other streams and the extended attributes of
+  /// `model` where one is given.
+  explicit PendingFile(const std::string& path, const std::string& model = {});
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
 
@@ -22,7 +23,7 @@ class PendingFile {
   void Commit(bool replace);
 
  private:
-  void Open();
+  void Open(const std::string& model);
   bool SetRemovedOnClose(bool removed);
   bool TakePlace(bool replace);
 
