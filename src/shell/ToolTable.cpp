@@ -1,6 +1,7 @@
 #include "shell/ToolTable.h"
 
 #include "compare/frmCompare.h"
+#include "drives/frmDrives.h"
 #include "shell/EmptyToolWindow.h"
 
 namespace brackwell {
@@ -38,7 +39,7 @@ std::vector<Tool> ToolTable() {
        .HeedsChildMaximized = true},
       {.Key = u"Drive"_s,
        .ToolTip = u"Display disk drive information"_s,
-       .Create = Empty(u"frmDrives"_s, u"Disk Drive Information"_s),
+       .Create = [](Services& services) -> ToolWindow* { return new frmDrives(services); },
        .Single = true},
   };
 }
