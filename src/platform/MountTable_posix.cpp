@@ -145,10 +145,11 @@ auto Rank(const Mount& mount) {
 }
 
 /// Single files are mounted too, into containers.
-bool IsFolder(const Mount& mount) {
+bool IsFile(const Mount& mount) {
+  if (mount.Root == "/" || mount.MayHang) return false;
   std::error_code error;
-  return mount.MountPoint == "/" || ShowsWholly(mount) || mount.MayHang ||
-         std::filesystem::is_directory(mount.MountPoint, error);
+  const auto status = std::filesystem::status(mount.MountPoint, error);
+  return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
 }  // namespace
@@ -181,7 +182,7 @@ std::vector<Mount> MountedVolumes(const std::vector<Mount>& mounts) {
   std::vector<Mount> shown;
   for (auto& [key, ofVolume] : volumes) {
     std::ranges::stable_sort(ofVolume, {}, Rank);
-    const auto best = std::ranges::find_if(ofVolume, IsFolder);
+    const auto best = std::ranges::find_if_not(ofVolume, IsFile);
     if (best != ofVolume.end()) shown.push_back(std::move(*best));
   }
   return shown;

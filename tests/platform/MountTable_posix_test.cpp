@@ -100,18 +100,17 @@ TEST(MountedVolumes, TheRootIsOneWhateverElseShowsTheVolumeWholly) {
 TEST(MountedVolumes, InAContainer) {
   TempTree tree;
   tree.Folder("data");
-  tree.File("hosts");
+  tree.File("a");
   EXPECT_THAT(Volumes("700 650 0:61 / / rw - overlay overlay rw\n"
                       "701 700 0:63 / /proc rw - proc proc rw\n"
                       "702 700 8:1 /docker/hosts " +
-                      tree.Path("hosts") +
+                      tree.Path("a") +
                       " rw - ext4 /dev/sda1 rw\n"
-                      "703 700 8:1 /docker/gone /no/such/place rw - ext4 /dev/sda1 rw\n"
-                      "704 700 8:2 /docker/hosts " +
-                      tree.Path("hosts") +
-                      "2 rw - ext4 /dev/sda2 rw\n"
-                      "705 700 8:1 /srv/data " +
-                      tree.Path("data") + " rw - ext4 /dev/sda1 rw\n"),
+                      "703 700 8:1 /srv/data " +
+                      tree.Path("data") +
+                      " rw - ext4 /dev/sda1 rw\n"
+                      "704 700 0:40 /@/docker/hosts " +
+                      tree.Path("a") + " rw - btrfs /dev/sda2 rw\n"),
               ElementsAre("/dev/sda1 at " + tree.Path("data"), "overlay at /"));
 }
 
