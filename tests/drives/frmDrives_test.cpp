@@ -1,5 +1,6 @@
 #include "drives/frmDrives.h"
 
+#include <QAction>
 #include <QFile>
 #include <QHeaderView>
 #include <QMdiArea>
@@ -13,7 +14,9 @@
 #include "controls/ListView.h"
 #include "controls/StringTable.h"
 #include "drives/MadeDrive.h"
+#include "shell/ToolTable.h"
 #include "shell/frmImages.h"
+#include "shell/frmMain.h"
 #include "support/FailingFileSystem.h"
 #include "support/IsolatedSettings.h"
 #include "support/MessageBoxes.h"
@@ -231,6 +234,23 @@ class frmDrivesTest : public QObject {
     QCOMPARE(QString::fromLatin1(Page()), expected);
     Print(window);
     QCOMPARE(QString::fromLatin1(Page()), expected);
+  }
+
+  void PrintGoesToTheActiveWindow() {
+    const StandInOpener opener;
+    frmMain main(ToolTable());
+    main.show();
+    main.findChild<QAction*>(u"mnuTools_DriveInfo"_s)->trigger();
+    main.findChild<QAction*>(u"mnuFile_Print"_s)->trigger();
+    QVERIFY(opener.Opened().endsWith(u"/drive_info.htm\n"_s));
+    main.findChild<QAction*>(u"mnuTools_Compare"_s)->trigger();
+    main.findChild<QAction*>(u"mnuFile_Print"_s)->trigger();
+    QCOMPARE(opener.Opened().count(u"drive_info.htm"_s), 1);
+    QVERIFY(opener.Opened().endsWith(u"/dir_compare.htm\n"_s));
+    main.findChild<QAction*>(u"mnuTools_DriveInfo"_s)->trigger();
+    QCOMPARE(main.findChildren<frmDrives*>().size(), 1);
+    main.findChild<QAction*>(u"mnuFile_Print"_s)->trigger();
+    QCOMPARE(opener.Opened().count(u"drive_info.htm"_s), 2);
   }
 
   void ThePageIsPlainWhateverTheNamesAre() {

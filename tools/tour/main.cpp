@@ -73,6 +73,7 @@ class Tour {
   bool Drive() {
     Picture(u"main-window"_s, mMain);
     ShowComparison();
+    ShowDrives();
     ShowDialogs();
     ShowManyWindows();
     return mGood;
@@ -112,6 +113,13 @@ class Tour {
     auto* selector = form.findChild<uctSelectDir*>(u"uctSelSource"_s);
     selector->SetFolder(mDemo.Path("website"));
     WithDialog(u"select-folder"_s, [&] { selector->findChild<QPushButton*>(u"cmdSelect"_s)->click(); });
+  }
+
+  void ShowDrives() {
+    Trigger(u"mnuTools_DriveInfo"_s);
+    Picture(u"drives"_s, mMain);
+    Trigger(u"mnuFile_Print"_s);
+    Trigger(u"mnuFile_Close"_s);
   }
 
   void ShowDialogs() {
