@@ -33,15 +33,29 @@ std::size_t TakeFirst(std::uint64_t& flags) {
   return place;
 }
 
-/// How often a byte occurs in the files that people search. All that matters is which are the rare ones.
-double FrequencyOf(unsigned char byte) {
-  constexpr std::string_view FromTheCommonest =
-      " etaoinsrlhdcumpfg\n_y.b,vw-/()0\"=1*x;:k2>'<\tT#SACEI3RPNLDq4j5OMF86z79B&{}[]";
-  if (byte == 0) return 0.3;  // every other byte of much text in UTF-16
-  const std::size_t rank = FromTheCommonest.find(static_cast<char>(byte));
-  return rank == std::string_view::npos
-             ? 0.001
-             : 0.8 / (8.0 + static_cast<double>(rank) * static_cast<double>(rank) / 4);
+/// A byte of ones for each of the sixteen from `at` on whose byte at the test's offset passes.
+template <bool IsTwofold>
+Block Passing(const ByteTest& test, const char* at) {
+  const Block block = Load(at + test.Offset);
+  const auto one = Block((block & test.Masks[0]) == test.Values[0]);
+  if constexpr (!IsTwofold) return one;
+  return one | Block((block & test.Masks[1]) == test.Values[1]);
+}
+
+/// How many of the bytes pass.
+std::int64_t CountPassing(const ByteTest& test, std::string_view bytes) {
+  constexpr std::size_t MostOfAByte = 255;
+  std::int64_t count = 0;
+  std::size_t at = 0;
+  for (std::size_t blocks = bytes.size() / sizeof(Block); blocks > 0;) {
+    Block counts{};
+    const std::size_t step = std::min(blocks, MostOfAByte);
+    for (std::size_t i = 0; i < step; ++i, at += sizeof(Block)) counts -= Passing<true>(test, &bytes[at]);
+    for (std::size_t i = 0; i < sizeof(Block); ++i) count += counts[i];
+    blocks -= step;
+  }
+  for (; at < bytes.size(); ++at) count += test.Passes(bytes[at]);
+  return count;
 }
 
 }  // namespace
@@ -68,49 +82,15 @@ PhraseSearch::PhraseSearch(std::u32string_view phrase, TextEncoding encoding)
   }
   if (mPhrase.empty()) return;
   mAnchor = ChooseAnchor();
+  mIsOneByte = mLongest == 1 && mAnchor.Tests[0].Count() == mPhrase[0].Variants.size();
   for (std::size_t i = 0; i < mAnchor.Index; ++i) {
     mShortestBefore += mPhrase[i].Shortest;
     mLongestBefore += mPhrase[i].Longest;
   }
 }
 
-bool PhraseSearch::ByteTest::Passes(char byte) const {
-  const auto value = static_cast<unsigned char>(byte);
-  return (value & Masks[0]) == Values[0] || (value & Masks[1]) == Values[1];
-}
-
-PhraseSearch::ByteTest PhraseSearch::MakeTest(std::size_t offset, const std::vector<unsigned char>& bytes) {
-  // Two cases of an ASCII letter differ in one bit; what is beyond ASCII has little in common with them.
-  ByteTest test{.Offset = offset};
-  std::array<bool, 2> used{};
-  for (const unsigned char byte : bytes) {
-    const std::size_t half = byte < 0x80 ? 0 : 1;
-    if (!used[half]) {
-      test.Masks[half] = 0xFF;
-      test.Values[half] = byte;
-      used[half] = true;
-    }
-    test.Masks[half] &= static_cast<unsigned char>(~(byte ^ test.Values[half]));
-    test.Values[half] &= test.Masks[half];
-  }
-  const std::size_t other = used[0] ? 0 : 1;
-  for (std::size_t half : {0, 1}) {
-    if (used[half]) continue;
-    test.Masks[half] = test.Masks[other];
-    test.Values[half] = test.Values[other];
-  }
-  return test;
-}
-
-double PhraseSearch::Frequency(const ByteTest& test) {
-  double frequency = 0;
-  for (int byte = 0; byte < 0x100; ++byte)
-    if (test.Passes(static_cast<char>(byte))) frequency += FrequencyOf(static_cast<unsigned char>(byte));
-  return frequency;
-}
-
 /// A test for each byte of a match whose distance from the character `index` is always the same.
-std::vector<PhraseSearch::ByteTest> PhraseSearch::TestsFrom(std::size_t index) const {
+std::vector<ByteTest> PhraseSearch::TestsFrom(std::size_t index) const {
   constexpr std::size_t FarEnough = 32;
   std::vector<ByteTest> tests;
   for (std::size_t offset = 0; index < mPhrase.size() && offset < FarEnough; ++index) {
@@ -120,7 +100,7 @@ std::vector<PhraseSearch::ByteTest> PhraseSearch::TestsFrom(std::size_t index) c
       std::vector<unsigned char> bytes;
       for (const auto& variant : character.Variants)
         bytes.push_back(static_cast<unsigned char>(variant.Bytes[i]));
-      tests.push_back(MakeTest(offset + i, bytes));
+      tests.push_back(ByteTest::For(offset + i, bytes));
     }
     if (!character.HasOneLength()) break;
     offset += known;
@@ -136,7 +116,7 @@ PhraseSearch::Anchor PhraseSearch::ChooseAnchor() const {
     const auto tests = TestsFrom(index);
     for (std::size_t i = 0; i < tests.size(); ++i)
       for (std::size_t j = i + (tests.size() > 1 ? 1 : 0); j < tests.size(); ++j) {
-        const double frequency = Frequency(tests[i]) * (i == j ? 1 : Frequency(tests[j]));
+        const double frequency = tests[i].Frequency() * (i == j ? 1 : tests[j].Frequency());
         if (frequency < best.Frequency) best = {index, {tests[i], tests[j]}, frequency};
       }
   }
@@ -181,12 +161,6 @@ void PhraseSearch::ForEachCandidate(std::string_view bytes, std::size_t from, st
                                     Candidate candidate) const {
   const ByteTest first = mAnchor.Tests[0];
   const ByteTest second = mAnchor.Tests[1];
-  const auto passing = [](const ByteTest& test, const char* at) {
-    const Block block = Load(at + test.Offset);
-    const auto one = Block((block & test.Masks[0]) == test.Values[0]);
-    if constexpr (!IsTwofold) return one;
-    return one | Block((block & test.Masks[1]) == test.Values[1]);
-  };
   constexpr std::size_t Step = 4 * sizeof(Block);
   const std::size_t reach = std::max(first.Offset, second.Offset);
   std::size_t at = from;
@@ -194,7 +168,7 @@ void PhraseSearch::ForEachCandidate(std::string_view bytes, std::size_t from, st
     Block flags[4];
     for (std::size_t i = 0; i < 4; ++i) {
       const char* const here = bytes.data() + at + i * sizeof(Block);
-      flags[i] = passing(first, here) & passing(second, here);
+      flags[i] = Passing<IsTwofold>(first, here) & Passing<IsTwofold>(second, here);
     }
     if (!IsAnySet(flags[0] | flags[1] | flags[2] | flags[3])) [[likely]]
       continue;
@@ -239,6 +213,10 @@ std::optional<PhraseSearch::Match> PhraseSearch::Find(std::string_view bytes, st
 }
 
 PhraseSearch::Tally PhraseSearch::Count(std::string_view bytes, std::size_t from, std::size_t to) const {
+  if (mIsOneByte) {
+    const std::int64_t count = from < to ? CountPassing(mAnchor.Tests[0], bytes.substr(from, to - from)) : 0;
+    return {count, count};
+  }
   Tally tally;
   ForEachMatch(bytes, from, to, [&](const Match& match) {
     ++tally.Matches;

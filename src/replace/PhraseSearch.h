@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "replace/ByteTest.h"
 #include "replace/TextEncoding.h"
 
 namespace brackwell {
@@ -49,14 +50,6 @@ class PhraseSearch {
     template <typename Place>
     std::size_t LengthAt(std::size_t room, Place place) const;
   };
-  /// Lets a byte pass that may stand at some distance from the anchor, and others seldom.
-  struct ByteTest {
-    std::size_t Offset = 0;
-    std::array<unsigned char, 2> Masks{};
-    std::array<unsigned char, 2> Values{};
-    bool Passes(char byte) const;
-    bool IsTwofold() const { return Masks[0] != Masks[1] || Values[0] != Values[1]; }
-  };
   /// A character of the phrase from which on places are looked for.
   struct Anchor {
     std::size_t Index = 0;
@@ -64,8 +57,6 @@ class PhraseSearch {
     double Frequency = 2;  // of places that pass both
   };
 
-  static ByteTest MakeTest(std::size_t offset, const std::vector<unsigned char>& bytes);
-  static double Frequency(const ByteTest& test);
   std::vector<ByteTest> TestsFrom(std::size_t index) const;
   Anchor ChooseAnchor() const;
   std::optional<Match> MatchAt(std::string_view bytes, std::size_t anchor) const;
@@ -80,6 +71,7 @@ class PhraseSearch {
   Anchor mAnchor;
   std::size_t mShortestBefore = 0;  // bytes of a match before its anchor
   std::size_t mLongestBefore = 0;
+  bool mIsOneByte = false;  // and what passes its test is a match
 };
 
 }  // namespace brackwell
