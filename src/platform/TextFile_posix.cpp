@@ -13,14 +13,22 @@
 namespace brackwell::posix {
 namespace {
 
+Handle OpenToRead(const Location& location, const std::string& path) {
+  Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);
+  return file;
+}
+
 class FileReader final : public TextReader {
  public:
+  /// A file that is not open yet will be when it is needed.
   FileReader(Handle file, const struct stat& opened, std::string path)
       : mFile(std::move(file)), mOpened(opened), mPath(std::move(path)) {}
 
   std::uint64_t Size() const override { return static_cast<std::uint64_t>(mOpened.st_size); }
 
   std::size_t Read(char* buffer, std::size_t size) override {
+    Open();
     const std::size_t wanted = TellsNoSize() ? size : std::min<std::uint64_t>(size, Left());
     std::size_t done = 0;
     while (done < wanted) {
@@ -44,15 +52,22 @@ class FileReader final : public TextReader {
   }
 
   void Rewind() override {
+    Open();
     if (lseek(mFile.Get(), 0, SEEK_SET) != 0) Raise(errno, mPath);
     mAt = 0;
   }
 
-  std::unique_ptr<TextWriter> Rewrite() override { return RewriteFile(mFile, mOpened, mPath); }
+  std::unique_ptr<TextWriter> Rewrite() override {
+    Open();
+    return RewriteFile(mFile, mOpened, mPath);
+  }
 
  private:
   static constexpr std::size_t Step = 1 << 20;
 
+  void Open() {
+    if (!mFile.IsOpen()) mFile = OpenToRead(Location(mPath), mPath);
+  }
   bool TellsNoSize() const { return Size() == 0; }
   std::uint64_t Left() const { return Size() - mAt; }
 
@@ -64,7 +79,7 @@ class FileReader final : public TextReader {
     return length;
   }
 
-  const Handle mFile;
+  Handle mFile;
   const struct stat mOpened;
   const std::string mPath;
   std::uint64_t mAt = 0;
@@ -73,15 +88,14 @@ class FileReader final : public TextReader {
 }  // namespace
 
 /// Looked at before it is opened, since opening a pipe or device can hang or do something; the one look-up
-/// tells the size as well.
+/// tells the size as well. An empty file waits until somebody wants to read it nevertheless.
 std::unique_ptr<TextReader> OpenText(const std::string& path) {
   const Location location(path);
   struct stat status {};
   if (fstatat(location.Folder(), location.Name(), &status, 0) != 0)
     Raise(errno, path, FileError::FileNotFound);
   if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
-  Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);
+  Handle file = status.st_size > 0 ? OpenToRead(location, path) : Handle();
   return std::make_unique<FileReader>(std::move(file), status, path);
 }
 

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -125,7 +126,20 @@ TEST_F(SpecialFiles, AreNeverOpened) {
   close(socketFile);
 }
 
-TEST_F(SpecialFiles, EmptyFilesAreNotOpenedEither) {
+TEST_F(SpecialFiles, EmptyFilesAreNeverOpened) {
+  Tree.File("t/empty.txt");
+  Tree.File("t/full.txt", "x");
+  const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  ASSERT_GE(inotify_add_watch(watch, Tree.Path("t").c_str(), IN_OPEN), 0);
+  EXPECT_EQ(Replace("x", "y").front(), "empty.txt: File has 0 size");
+  std::string events(10000, '\0');
+  ASSERT_GT(read(watch, events.data(), events.size()), 0);
+  close(watch);
+  EXPECT_NE(events.find("full.txt"), std::string::npos);
+  EXPECT_EQ(events.find("empty.txt"), std::string::npos);
+}
+
+TEST_F(SpecialFiles, EmptyFilesNeedNoRights) {
   Tree.File("t/empty.txt");
   Mode("t/empty.txt", 0);
   const WithoutPrivileges asAnyUser;
