@@ -256,7 +256,7 @@ class AnyText : public testing::TestWithParam<TextEncoding> {
 TEST_P(AnyText, IsCountedAndReplacedByTheBook) {
   const std::u32string characters =
       U"aAbkK\u212AiI\u0130\u00E9\u00C9\u0160\u0161\u00DF\u1E9E\u03C9\u2126\u20AC\U00010400\U00010428 \n\0"s;
-  for (int round = 0; round < 4000; ++round) {
+  for (int round = 0; round < 2000; ++round) {
     std::u32string find(1 + Below(3), U' ');
     for (char32_t& each : find) each = characters[Below(characters.size())];
     const std::string phrase = Encode(find, Utf8).value();
@@ -275,7 +275,7 @@ TEST_P(AnyText, IsCountedAndReplacedByTheBook) {
 }
 
 TEST_P(AnyText, ReplacedAndBackIsTheSame) {
-  for (int round = 0; round < 4000; ++round) {
+  for (int round = 0; round < 2000; ++round) {
     const std::string text = Front() + Text(U"123\u00A7\u20AC\u00E9abc\r\n\0"s, 400) + Back();
     for (const auto& [x, y] : {std::pair("12"s, "\u00A4\u00A4"s), std::pair("\u00A7"s, "\u00B6x"s),
                                std::pair("\u20AC1"s, "\u00B1"s), std::pair("3"s, "3\u00A4"s)}) {

@@ -138,7 +138,7 @@ TEST(PhraseSearch, CountsWhatANaiveCountCounts) {
 TEST(PhraseSearch, LongPhrasesAreFound) {
   std::u32string phrase;
   for (int i = 0; i < 5000; ++i) phrase += U"lorem ipsum "[i % 12];
-  EXPECT_EQ(Count(phrase, "-" + Upper(In(Utf8, phrase)) + "-"), 1);
+  EXPECT_EQ(Count(phrase, Upper(In(Utf8, phrase)) + "-"), 1);
   EXPECT_EQ(Count(phrase, In(Utf8, phrase.substr(1))), 0);
 }
 
