@@ -4,8 +4,15 @@
 
 namespace brackwell {
 
+using namespace Qt::StringLiterals;
+
 QString ToShownText(std::string_view native) { return QString::fromStdString(ShownText(native)); }
 
 std::string ToNativePath(const QString& text) { return text.toStdString(); }
+
+QString AsToolTip(const QString& text) {
+  return text.isEmpty() ? text
+                        : u"<span style='white-space: pre-wrap'>"_s + text.toHtmlEscaped() + u"</span>"_s;
+}
 
 }  // namespace brackwell

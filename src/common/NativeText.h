@@ -12,4 +12,7 @@ QString ToShownText(std::string_view native);
 /// The native path that a form's text stands for.
 std::string ToNativePath(const QString& text);
 
+/// The text for a tool tip, which takes what looks like markup for markup; names may look so.
+QString AsToolTip(const QString& text);
+
 }  // namespace brackwell

@@ -60,11 +60,6 @@ QString Spoken(const CompareRow& row, int column) {
   }
 }
 
-/// A tool tip takes what looks like markup for markup; names may look so.
-QString AsToolTip(const QString& text) {
-  return text.isEmpty() ? text : u"<span style='white-space: pre'>"_s + text.toHtmlEscaped() + u"</span>"_s;
-}
-
 }  // namespace
 
 ComparePictures ComparePictures::From(const frmImages& images) {

@@ -6,17 +6,12 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include "common/NativeText.h"
+
 namespace brackwell {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr int Padding = 3;  // pixels between frame and text
-
-/// A tool tip that reads like markup would be taken for it.
-QString AsToolTip(const QString& text) {
-  return u"<span style=\"white-space: pre-wrap\">"_s + text.toHtmlEscaped() + u"</span>"_s;
-}
 
 }  // namespace
 
