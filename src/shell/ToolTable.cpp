@@ -2,6 +2,7 @@
 
 #include "compare/frmCompare.h"
 #include "drives/frmDrives.h"
+#include "replace/frmReplace.h"
 #include "shell/EmptyToolWindow.h"
 
 namespace brackwell {
@@ -31,7 +32,7 @@ std::vector<Tool> ToolTable() {
        .HeedsChildMaximized = true},
       {.Key = u"Replace"_s,
        .ToolTip = u"Find and replace"_s,
-       .Create = Empty(u"frmReplace"_s, u"Find and Replace"_s),
+       .Create = [](Services& services) -> ToolWindow* { return new frmReplace(services); },
        .HeedsChildMaximized = true},
       {.Key = u"RenImages"_s,
        .ToolTip = u"Rename image files"_s,

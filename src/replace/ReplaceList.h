@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QAbstractTableModel>
+
+#include "replace/ReplaceRow.h"
+
+namespace brackwell {
+
+/// The files of a search and their results as the list shows them. Rows that a run appended, and results that
+/// it gave them, show when they are published, many at a time.
+class ReplaceList : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column { FileColumn, ResultColumn };
+  static constexpr int ColumnCount = 2;
+
+  explicit ReplaceList(QObject* parent = nullptr);
+
+  void Clear();
+  void SetResultHeader(const QString& text);
+
+  /// The rows, for the run that fills them: it appends, then gives results from the first row on.
+  ReplaceRows& Rows() { return mRows; }
+  const ReplaceRows& Rows() const { return mRows; }
+  /// Shows all rows, and the results of the first `items`; the last of these may still be without one.
+  void Publish(std::size_t items);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  void PublishRows();
+  void PublishResults(int items);
+
+  ReplaceRows mRows;
+  QString mResultHeader;
+  int mPublished = 0;
+  int mWithResult = 0;  // rows whose result shows for good
+};
+
+}  // namespace brackwell
