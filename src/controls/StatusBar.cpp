@@ -24,7 +24,11 @@ ElidedLabel* StatusBar::NewPanel(const QString& key, int stretch) {
 
 void StatusBar::AddPanel(const QString& key, int stretch) { NewPanel(key, stretch); }
 
-void StatusBar::AddFixedPanel(const QString& key, int width) { NewPanel(key, 0)->setFixedWidth(width); }
+void StatusBar::AddFixedPanel(const QString& key, int width) {
+  ElidedLabel* panel = NewPanel(key, 0);
+  panel->setFixedWidth(width);
+  panel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);  // else others are laid over it
+}
 
 void StatusBar::SetPanelText(const QString& key, const QString& text) {
   ElidedLabel* panel = mPanels.value(key);

@@ -50,6 +50,18 @@ class StatusBar_test : public QObject {
     QVERIFY(std::abs(width(u"B"_s) - 3 * width(u"A"_s)) <= 3);
   }
 
+  void FixedPanelsStandBesideTheOthers() {
+    StatusBar bar;
+    for (const QString& key : {u"A"_s, u"B"_s, u"C"_s})
+      key == u"A"_s ? bar.AddPanel(key) : bar.AddFixedPanel(key, 80);
+    bar.resize(400, 24);
+    bar.show();
+    const auto place = [&bar](const QString& key) { return bar.findChild<QLabel*>(key)->geometry(); };
+    QVERIFY(place(u"A"_s).right() < place(u"B"_s).left());
+    QVERIFY(place(u"B"_s).right() < place(u"C"_s).left());
+    QVERIFY(place(u"C"_s).right() < 400);
+  }
+
   void TextOfAPanelIsAccessible() {
     StatusBar bar;
     bar.AddPanel(u"MESSAGE"_s);
