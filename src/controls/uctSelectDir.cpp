@@ -48,6 +48,11 @@ void uctSelectDir::SetCaption(const QString& caption) {
   UserControl_Resize();
 }
 
+void uctSelectDir::SetPrompt(const QString& prompt) {
+  mPrompt = prompt;
+  cmdSelect->setAccessibleName(prompt);
+}
+
 QString uctSelectDir::Folder() const { return lblDirectory->text(); }
 
 void uctSelectDir::SetFolder(const QString& folder) {
@@ -58,7 +63,7 @@ void uctSelectDir::SetFolder(const QString& folder) {
 void uctSelectDir::cmdSelect_Click() {
   const QPoint corner = lblDirectory->mapToGlobal(QPoint());
   mBrowse.Title = u"Select Folder"_s;
-  mBrowse.Prompt = u"Select the "_s + Caption();
+  mBrowse.Prompt = mPrompt.isEmpty() ? u"Select the "_s + Caption() : mPrompt;
   mBrowse.Top = corner.y();
   mBrowse.Left = corner.x();
   mBrowse.StartFolder = mFiles.FolderExists(Folder().toStdString()) ? Folder() : QString();

@@ -24,6 +24,9 @@ class uctSelectDir : public QWidget {
   QString Caption() const;
   void SetCaption(const QString& caption);
 
+  /// What the dialog asks for, in the place of "Select the " and the caption.
+  void SetPrompt(const QString& prompt);
+
   /// Ends in the path separator when the user chose it. Setting it only changes what is shown; it need not
   /// exist.
   QString Folder() const;
@@ -42,6 +45,7 @@ class uctSelectDir : public QWidget {
 
   const FileSystemObject& mFiles;
   BrowseFF& mBrowse;
+  QString mPrompt;
   QLabel* hdgDirectory;
   ElidedLabel* lblDirectory;
   QPushButton* cmdSelect;

@@ -71,6 +71,18 @@ class uctSelectDir_test : public QObject {
     QCOMPARE(mDialogs, 1);
   }
 
+  void APromptOfItsOwnIsAskedAsItIs() {
+    uctSelectDir selector(*mFiles, mBrowse);
+    selector.SetCaption(u"Folder"_s);
+    selector.SetPrompt(u"Select folder to search"_s);
+    OnDialog([](QFileDialog& dialog) {
+      QCOMPARE(dialog.findChild<QLabel*>(u"Prompt"_s)->text(), u"Select folder to search"_s);
+    });
+    cmdSelect(selector)->click();
+    QCOMPARE(mDialogs, 1);
+    QCOMPARE(cmdSelect(selector)->accessibleName(), u"Select folder to search"_s);
+  }
+
   void ChosenFolderEndsInTheSeparator() {
     uctSelectDir selector(*mFiles, mBrowse);
     OnDialog(Choose(mFolder.path()));
