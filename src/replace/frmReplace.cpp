@@ -90,11 +90,10 @@ frmReplace::frmReplace(Services& services) : ToolWindow(services) {
   Form_Load();
 }
 
-/// Captions give way where the window is narrow: the boxes are what counts.
 void frmReplace::NewBox(QLabel*& heading, QLineEdit*& box, const QString& name, const QString& caption,
                         const QString& toolTip) {
   heading = Named(new QLabel(caption, this), u"hdg"_s + name, caption);
-  heading->setMinimumWidth(1);
+  heading->setWordWrap(true);  // where the window is narrow
   heading->setToolTip(toolTip);
   box = Named(new QLineEdit(this), u"txt"_s + name, caption);
   box->setToolTip(toolTip);
@@ -112,9 +111,9 @@ QLayout* frmReplace::BuildFilters() {
   auto* layout = new QGridLayout;
   layout->setHorizontalSpacing(Margin);
   layout->setVerticalSpacing(2);
-  layout->addWidget(hdgExtensions, 0, 0);
+  layout->addWidget(hdgExtensions, 0, 0, Qt::AlignBottom);
   layout->addWidget(txtExtensions, 1, 0);
-  layout->addWidget(hdgExclude, 0, 1);
+  layout->addWidget(hdgExclude, 0, 1, Qt::AlignBottom);
   layout->addWidget(txtExclude, 1, 1);
   layout->addWidget(chkSubdir, 1, 2);
   layout->setColumnStretch(0, 1);
@@ -183,6 +182,7 @@ void frmReplace::ConnectHandlers() {
 
 void frmReplace::Form_Load() {
   uctSelectDir->SetCaption(u"Select folder to search"_s);
+  uctSelectDir->SetPrompt(u"Select folder to search"_s);
   uctSelectDir->SetFolder(GetSetting(Section, u"Folder"_s));
   txtExtensions->setText(GetSetting(Section, u"Extensions"_s));
   txtExclude->setText(GetSetting(Section, u"Exclude"_s));
@@ -191,7 +191,8 @@ void frmReplace::Form_Load() {
 void frmReplace::Form_Activate() { mServices.tlbMain_ENABLE(u"Print"_s, true); }
 void frmReplace::Form_Deactivate() { mServices.tlbMain_ENABLE(u"Print"_s, false); }
 
-void frmReplace::Form_Resize() { ListView_ColumnResize(*lvwResults, {0.75, 0.25}); }
+/// A result has room for a count of six digits, the path has the rest.
+void frmReplace::Form_Resize() { ListView_ColumnResize(*lvwResults, {0.999, 2500}); }
 
 bool frmReplace::eventFilter(QObject* watched, QEvent* event) {
   if (watched == lvwResults && event->type() == QEvent::Resize) Form_Resize();
