@@ -1,6 +1,7 @@
 #include "common/ToolWindow.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
@@ -54,19 +55,23 @@ QAbstractButton* ToolWindow::ButtonFor(const QKeyEvent& key) const {
   return nullptr;
 }
 
-/// A key that is claimed here comes as a key press, and not as the shortcut of a menu.
+/// A key that is claimed here comes as a key press, and not as the shortcut of a menu. It is caught on its
+/// way to the control with the focus: a text box would write the letter.
 bool ToolWindow::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride && ButtonFor(static_cast<QKeyEvent&>(*event))) {
     event->accept();
+    if (QWidget* control = QApplication::focusWidget()) control->installEventFilter(this);
     return true;
   }
   return QWidget::event(event);
 }
 
-void ToolWindow::keyPressEvent(QKeyEvent* event) {
-  QAbstractButton* button = ButtonFor(*event);
-  if (!button) return QWidget::keyPressEvent(event);
-  if (!event->isAutoRepeat()) button->animateClick();
+bool ToolWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  const auto& key = static_cast<QKeyEvent&>(*event);
+  QAbstractButton* button = ButtonFor(key);
+  if (button && !key.isAutoRepeat()) button->animateClick();
+  return button != nullptr;
 }
 
 }  // namespace brackwell

@@ -65,7 +65,7 @@ class ToolWindow : public QWidget {
 
   void closeEvent(QCloseEvent* event) override;
   bool event(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
   Services& mServices;
 
