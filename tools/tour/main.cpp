@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
@@ -24,6 +25,7 @@
 #include "compare/frmCompare.h"
 #include "controls/FlexGrid.h"
 #include "controls/uctSelectDir.h"
+#include "replace/frmReplace.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
 
@@ -33,7 +35,8 @@ using namespace brackwell;
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
 
-/// Two folders as somebody might have them: a website and its copy of last week.
+/// Folders as somebody might have them: a website and its copy of last week, and the texts of a harbour
+/// museum.
 class DemoFolders {
  public:
   DemoFolders() {
@@ -50,15 +53,35 @@ class DemoFolders {
     Write("backup", "styles/print.css", 900, 1);
     Write("backup", "contact.html", 2000, 2);
     Write("backup", "old/guestbook.html", 700, 0);
+
+    WriteText("opening hours.txt", "The harbor museum opens at ten.\nTours of the Harbor: at noon.\n");
+    WriteText("guide/lighthouse.txt", "From the lighthouse one sees the whole harbor.\r\n");
+    WriteText("guide/fishermen.htm", "<p>HARBOR and harbor, again the harbor.</p>\n");
+    WriteText("guide/cafe.txt", "The caf\xe9 at the harbor.\n");  // as old programs write it
+    WriteText("guide/notes to come.txt", "");
+    WriteText("guide/shop.txt", "Post cards, models, books.\n");
+    WriteText("old/leaflet 1998.txt", "The harbor museum has opened.\n");
+  }
+
+  std::string Text(const char* name) const {
+    QFile file(mFolder.filePath(QString::fromLatin1(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
   }
 
   QString Path(const char* name) const { return mFolder.filePath(QString::fromLatin1(name)) + u'/'; }
 
  private:
-  void Write(const char* side, const char* name, std::size_t size, int daysLater) const {
-    const fs::path path = fs::path(mFolder.path().toStdString()) / side / name;
+  fs::path Make(const char* folder, const char* name, const std::string& content) const {
+    const fs::path path = fs::path(mFolder.path().toStdString()) / folder / name;
     fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << std::string(size, '.');
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+  }
+
+  void WriteText(const char* name, const std::string& content) const { Make("museum", name, content); }
+
+  void Write(const char* side, const char* name, std::size_t size, int daysLater) const {
+    const fs::path path = Make(side, name, std::string(size, '.'));
     const std::chrono::sys_seconds start = std::chrono::sys_days(std::chrono::year(2024) / 5 / 1);
     fs::last_write_time(path, std::chrono::file_clock::from_sys(start + std::chrono::days(daysLater)));
   }
@@ -73,6 +96,7 @@ class Tour {
   bool Drive() {
     Picture(u"main-window"_s, mMain);
     ShowComparison();
+    ShowReplacing();
     ShowDrives();
     ShowDialogs();
     ShowManyWindows();
@@ -115,6 +139,26 @@ class Tour {
     WithDialog(u"select-folder"_s, [&] { selector->findChild<QPushButton*>(u"cmdSelect"_s)->click(); });
   }
 
+  void ShowReplacing() {
+    Trigger(u"mnuTools_Replace"_s);
+    auto* form = mMain.findChild<frmReplace*>();
+    const auto type = [form](const QString& box, const QString& text) {
+      form->findChild<QLineEdit*>(box)->setText(text);
+    };
+    form->findChild<uctSelectDir*>(u"uctSelectDir"_s)->SetFolder(mDemo.Path("museum"));
+    form->findChild<QCheckBox*>(u"chkSubdir"_s)->click();
+    type(u"txtExtensions"_s, u"txt;htm"_s);
+    type(u"txtExclude"_s, u"old"_s);
+    type(u"txtFind"_s, u"harbor"_s);
+    form->findChild<QPushButton*>(u"cmdFind"_s)->click();
+    Picture(u"replace-found"_s, mMain);
+    type(u"txtReplace"_s, u"harbour"_s);
+    WithDialog(u"replace-question"_s, [form] { form->findChild<QPushButton*>(u"cmdReplace"_s)->click(); });
+    Picture(u"replace-replaced"_s, mMain);
+    Trigger(u"mnuFile_Print"_s);
+    if (mDemo.Text("museum/guide/cafe.txt") != "The caf\xe9 at the harbour.\n") Fail(u"the replaced text"_s);
+  }
+
   void ShowDrives() {
     Trigger(u"mnuTools_DriveInfo"_s);
     Picture(u"drives"_s, mMain);
@@ -138,8 +182,8 @@ class Tour {
   }
 
   void ShowManyWindows() {
-    for (const char* item : {"mnuTools_DirDisplay", "mnuTools_Replace", "mnuTools_RenameImages",
-                             "mnuTools_FontDisplay", "mnuTools_DriveInfo"})
+    for (const char* item :
+         {"mnuTools_DirDisplay", "mnuTools_RenameImages", "mnuTools_FontDisplay", "mnuTools_DriveInfo"})
       Trigger(QString::fromLatin1(item));
     Trigger(u"mnuWindow_Cascade"_s);
     Picture(u"windows-cascaded"_s, mMain);
@@ -172,7 +216,7 @@ class Tour {
       else
         Picture(name, *dialog);
       if (auto* box = qobject_cast<QMessageBox*>(dialog))
-        box->accept();
+        box->button(QMessageBox::Ok)->click();
       else
         dialog->reject();
     });
