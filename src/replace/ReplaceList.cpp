@@ -24,7 +24,9 @@ void ReplaceList::SetResultHeader(const QString& text) {
 }
 
 void ReplaceList::Publish(std::size_t items) {
-  PublishRows();
+  const int newRows = static_cast<int>(mRows.size()) - mPublished;
+  const bool isBatch = newRows > mPublished / 16;
+  if (isBatch || items > 0) PublishRows();
   PublishResults(static_cast<int>(items));
 }
 

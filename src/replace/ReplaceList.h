@@ -23,8 +23,12 @@ class ReplaceList : public QAbstractTableModel {
   /// The rows, for the run that fills them: it appends, then gives results from the first row on.
   ReplaceRows& Rows() { return mRows; }
   const ReplaceRows& Rows() const { return mRows; }
-  /// Shows all rows, and the results of the first `items`; the last of these may still be without one.
+  /// Shows the rows, and the results of the first `items`; the last of these may still be without one. Rows
+  /// show in batches that grow with the list, since a view lays all of its rows out for each; they all show
+  /// once there are results.
   void Publish(std::size_t items);
+  /// Shows all rows.
+  void PublishRows();
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -32,7 +36,6 @@ class ReplaceList : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  void PublishRows();
   void PublishResults(int items);
 
   ReplaceRows mRows;

@@ -322,6 +322,7 @@ std::optional<QString> frmReplace::ScanAndProcess(const ReplaceOptions& options)
   } catch (const OverflowError& error) {
     failure = ErrorText(error, error.what());
   }
+  mList->PublishRows();
   ShowResults(*engine);
   ShowMessage(QString::fromStdString(TotalText(engine->Total(), options.ReplaceMode)));
   return failure;

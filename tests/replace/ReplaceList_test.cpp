@@ -62,6 +62,26 @@ class ReplaceListTest : public QObject {
     QCOMPARE(inserted.size(), 2);
   }
 
+  void ALongListShowsItsRowsInLargeBatches() {
+    ReplaceList list;
+    const Tester tester(&list, Tester::FailureReportingMode::QtTest);
+    Fill(list, 1600);
+    list.Publish(0);
+    QCOMPARE(list.rowCount(), 1600);
+    Fill(list, 100);
+    list.Publish(0);
+    QCOMPARE(list.rowCount(), 1600);
+    Fill(list, 1);
+    list.Publish(0);
+    QCOMPARE(list.rowCount(), 1701);
+    Fill(list, 1);
+    list.Publish(1);
+    QCOMPARE(list.rowCount(), 1702);
+    Fill(list, 1);
+    list.PublishRows();
+    QCOMPARE(list.rowCount(), 1703);
+  }
+
   void ResultsAreToldAsOneRange() {
     ReplaceList list;
     const Tester tester(&list, Tester::FailureReportingMode::QtTest);
@@ -133,6 +153,7 @@ class ReplaceListTest : public QObject {
       list.Publish(0);
       QCoreApplication::processEvents();
     }
+    list.PublishRows();
     QCOMPARE(list.rowCount(), Count);
     QCOMPARE(view.verticalScrollBar()->value(), 0);
     view.scrollToBottom();
