@@ -1,5 +1,6 @@
 #include "common/Files.h"
 
+#include <utility>
 #include <vector>
 
 namespace brackwell {
@@ -24,16 +25,6 @@ std::uint64_t SizeOfFiles(const FileSystemObject& files, const std::string& path
   return size;
 }
 
-std::uint64_t SizeBelow(const FileSystemObject& files, const std::string& root, const std::string& path,
-                        const Tick& tick) {
-  std::vector<SubFolder> subFolders;
-  std::uint64_t size = SizeOfFiles(files, path, tick, subFolders);
-  for (const SubFolder& folder : subFolders)
-    if (!folder.IsLink || !LeadsBack(files, root, folder.Path))
-      size += SizeBelow(files, root, folder.Path, tick);
-  return size;
-}
-
 }  // namespace
 
 void WriteTextFile(FileSystemObject& files, const std::string& path, bool overwrite, std::string_view text) {
@@ -43,7 +34,15 @@ void WriteTextFile(FileSystemObject& files, const std::string& path, bool overwr
 }
 
 std::uint64_t FolderSize(const FileSystemObject& files, const std::string& path, const Tick& tick) {
-  return SizeBelow(files, path, path, tick);
+  std::vector<SubFolder> pending;  // not on the program's stack: trees may be deeper than that
+  std::uint64_t size = SizeOfFiles(files, path, tick, pending);
+  while (!pending.empty()) {
+    const SubFolder folder = std::move(pending.back());
+    pending.pop_back();
+    if (!folder.IsLink || !LeadsBack(files, path, folder.Path))
+      size += SizeOfFiles(files, folder.Path, tick, pending);
+  }
+  return size;
 }
 
 }  // namespace brackwell

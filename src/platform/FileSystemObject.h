@@ -50,16 +50,24 @@ struct Member {
   bool IsLink = false;
 };
 
-/// The properties of a file or folder, read in one look-up. Costlier ones have calls of their own.
-struct ItemProperties {
-  std::string Path;
-  std::string Name;
-  std::string ParentFolder;  // its path; empty for a root
+/// What an item is, its links followed.
+enum class ItemKind { File, Folder, DanglingLink, Pipe, Socket, CharacterDevice, BlockDevice };
+
+/// What one look-up of a file or folder tells beside its name.
+struct ItemDetails {
+  ItemKind Kind = ItemKind::File;
   unsigned Attributes = 0;
   DateTime DateCreated{};  // the epoch where the file system keeps none
   DateTime DateLastAccessed{};
   DateTime DateLastModified{};
   std::uint64_t Size = 0;  // bytes; 0 for a folder
+};
+
+/// The properties of a file or folder, read in one look-up. Costlier ones have calls of their own.
+struct ItemProperties : ItemDetails {
+  std::string Path;
+  std::string Name;
+  std::string ParentFolder;  // its path; empty for a root
 };
 
 /// An open folder. It holds a handle of the system's: let go of it before descending.
@@ -77,6 +85,10 @@ class Folder {
 
   /// Looks a member up now, by name, whether listed or not; nothing where there is none or none can be seen.
   virtual std::optional<FileStatus> Find(std::string_view name) const = 0;
+
+  /// Reads what there is to know of a member that is a file. Raises FileNotFound where there is none (any
+  /// more), PermissionDenied where that may not be known.
+  virtual ItemDetails FileDetails(std::string_view name) const = 0;
 };
 
 /// Tells two folders apart whatever paths lead to them.
@@ -109,6 +121,8 @@ class FileSystemObject {
   virtual std::string ShortPath(const std::string& path) const = 0;
   /// What the desktop calls this kind of file. The file is not opened.
   virtual std::string Type(const std::string& path) const = 0;
+  /// The same for an item already looked up. Asks nobody, so it is right for very many.
+  virtual std::string Type(std::string_view name, ItemKind kind) const = 0;
 
   /// Copies one regular file's content, modification time and mode. The target is replaced in one step, once
   /// the new content is complete on disk beside it, so it is wholly old or wholly new at every moment; where

@@ -128,8 +128,11 @@ class PosixFileSystem final : public FileSystemObject {
     const Location location(path);
     struct stat status {};
     if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) status.st_mode = S_IFLNK;
-    const std::string type = ContentType(status.st_mode, path);
-    return TextOf(g_content_type_get_description(type.c_str()));
+    return Type(FileName(path), posix::KindOf(status.st_mode));
+  }
+
+  std::string Type(std::string_view name, ItemKind kind) const override {
+    return TextOf(g_content_type_get_description(ContentType(name, kind).c_str()));
   }
 
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
@@ -203,14 +206,24 @@ class PosixFileSystem final : public FileSystemObject {
     return posix::FindAt(location.Folder(), location.Name());
   }
 
-  static std::string ContentType(mode_t mode, const std::string& path) {
-    if (S_ISDIR(mode)) return "inode/directory";
-    if (S_ISLNK(mode)) return "inode/symlink";
-    if (S_ISFIFO(mode)) return "inode/fifo";
-    if (S_ISSOCK(mode)) return "inode/socket";
-    if (S_ISCHR(mode)) return "inode/chardevice";
-    if (S_ISBLK(mode)) return "inode/blockdevice";
-    return TextOf(g_content_type_guess(path.c_str(), nullptr, 0, nullptr));
+  static std::string ContentType(std::string_view name, ItemKind kind) {
+    switch (kind) {
+      case ItemKind::Folder:
+        return "inode/directory";
+      case ItemKind::DanglingLink:
+        return "inode/symlink";
+      case ItemKind::Pipe:
+        return "inode/fifo";
+      case ItemKind::Socket:
+        return "inode/socket";
+      case ItemKind::CharacterDevice:
+        return "inode/chardevice";
+      case ItemKind::BlockDevice:
+        return "inode/blockdevice";
+      case ItemKind::File:
+        break;
+    }
+    return TextOf(g_content_type_guess(std::string(name).c_str(), nullptr, 0, nullptr));
   }
 };
 

@@ -1,5 +1,6 @@
 #include "platform/FileSystemObject.h"
 
+#include <unordered_map>
 #include <utility>
 
 #include "platform/FileCopy_windows.h"
@@ -86,11 +87,17 @@ class WindowsFileSystem final : public FileSystemObject {
 
   std::string Type(const std::string& path) const override {
     const auto found = win32::FindItem(path);
-    const DWORD attributes = found ? found->Information.dwFileAttributes : FILE_ATTRIBUTE_NORMAL;
-    SHFILEINFOW information{};
-    SHGetFileInfoW(win32::Widen(FileName(path)).c_str(), attributes, &information, sizeof information,
-                   SHGFI_USEFILEATTRIBUTES | SHGFI_TYPENAME);
-    return win32::Narrow(information.szTypeName);
+    return TypeName(FileName(path), found ? found->Information.dwFileAttributes : FILE_ATTRIBUTE_NORMAL);
+  }
+
+  /// The shell goes by the extension alone, and takes its time.
+  std::string Type(std::string_view name, ItemKind kind) const override {
+    if (kind == ItemKind::Folder) return TypeName(name, FILE_ATTRIBUTE_DIRECTORY);
+    const std::size_t dot = name.rfind('.');
+    const std::string extension(dot == std::string_view::npos ? std::string_view() : name.substr(dot));
+    const auto [known, isNew] = mTypes.try_emplace(extension);
+    if (isNew) known->second = TypeName(name, FILE_ATTRIBUTE_NORMAL);
+    return known->second;
   }
 
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
@@ -150,6 +157,13 @@ class WindowsFileSystem final : public FileSystemObject {
   }
 
  private:
+  static std::string TypeName(std::string_view name, DWORD attributes) {
+    SHFILEINFOW information{};
+    SHGetFileInfoW(win32::Widen(name).c_str(), attributes, &information, sizeof information,
+                   SHGFI_USEFILEATTRIBUTES | SHGFI_TYPENAME);
+    return win32::Narrow(information.szTypeName);
+  }
+
   static Handle OpenFolder(const std::string& path) {
     Handle folder = win32::Open(NativePath(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
     if (!folder.IsOpen()) Raise(GetLastError(), path);
@@ -171,6 +185,8 @@ class WindowsFileSystem final : public FileSystemObject {
                                       : DeleteFileW(nativePath.c_str()));
     throw FileSystemError(FileError::PathFileAccess, path);
   }
+
+  mutable std::unordered_map<std::string, std::string> mTypes;  // by extension
 };
 
 }  // namespace

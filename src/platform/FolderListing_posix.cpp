@@ -37,6 +37,28 @@ bool IsNowhere(int code) {
   return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
 }
 
+/// Reads what is to be known of `name` in the open folder; `shownName` is the name that it goes by. Gives an
+/// errno, or 0.
+int DetailsAt(int folder, const char* name, std::string_view shownName, ItemDetails& details) {
+  struct statx own {};
+  if (statx(folder, name, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &own) != 0)
+    return IsNowhere(errno) ? ENOENT : errno;
+  const bool isLink = S_ISLNK(own.stx_mode);
+  struct statx target;
+  if (!isLink || statx(folder, name, 0, STATX_BASIC_STATS | STATX_BTIME, &target) != 0) target = own;
+
+  details.Kind = KindOf(target.stx_mode);
+  details.DateCreated = DateOf(target.stx_btime);
+  details.DateLastAccessed = DateOf(target.stx_atime);
+  details.DateLastModified = DateOf(target.stx_mtime);
+  details.Attributes = (details.Kind == ItemKind::Folder ? Attribute::Directory : 0) |
+                       (isLink ? Attribute::Alias : 0) |
+                       ((target.stx_mode & 0222) == 0 ? Attribute::ReadOnly : 0) |
+                       (shownName.starts_with('.') ? Attribute::Hidden : 0);
+  if (details.Kind != ItemKind::Folder) details.Size = target.stx_size;
+  return 0;
+}
+
 class Listing final : public Folder {
  public:
   Listing(std::string path, Handle handle, bool readable, Tick tick)
@@ -60,14 +82,26 @@ class Listing final : public Folder {
   }
 
   std::optional<FileStatus> Find(std::string_view name) const override {
-    char terminated[NAME_MAX + 1];
     if (name.size() > NAME_MAX) return std::nullopt;
-    name.copy(terminated, name.size());
-    terminated[name.size()] = '\0';
-    return FindAt(mHandle.Get(), terminated);
+    return FindAt(mHandle.Get(), Terminated(name).Text);
+  }
+
+  ItemDetails FileDetails(std::string_view name) const override {
+    ItemDetails details;
+    const int error = name.size() > NAME_MAX ? ENAMETOOLONG
+                                             : DetailsAt(mHandle.Get(), Terminated(name).Text, name, details);
+    if (error != 0) Raise(error, JoinPath(mPath, name), FileError::FileNotFound);
+    if (details.Kind == ItemKind::Folder)
+      throw FileSystemError(FileError::FileNotFound, JoinPath(mPath, name));
+    return details;
   }
 
  private:
+  struct Terminated {
+    explicit Terminated(std::string_view name) { Text[name.copy(Text, NAME_MAX)] = '\0'; }
+    char Text[NAME_MAX + 1];
+  };
+
   void ReadMembers() {
     if (mRead) return;
     if (!mReadable) throw FileSystemError(FileError::PermissionDenied, mPath);
@@ -130,26 +164,22 @@ std::optional<FileStatus> FindAt(int folder, const char* name) {
 }
 
 ItemProperties PropertiesAt(int folder, const char* name, const std::string& path) {
-  struct statx own {};
-  if (statx(folder, name, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &own) != 0)
-    Raise(IsNowhere(errno) ? ENOENT : errno, path, FileError::FileNotFound);
-  struct statx target = own;
-  if (S_ISLNK(own.stx_mode) && statx(folder, name, 0, STATX_BASIC_STATS | STATX_BTIME, &target) != 0)
-    target = own;
-
   ItemProperties properties;
   properties.Path = WithoutSeparator(path);
   properties.Name = FileName(path);
   properties.ParentFolder = ParentPath(path);
-  properties.DateCreated = DateOf(target.stx_btime);
-  properties.DateLastAccessed = DateOf(target.stx_atime);
-  properties.DateLastModified = DateOf(target.stx_mtime);
-  properties.Attributes = (S_ISDIR(target.stx_mode) ? Attribute::Directory : 0) |
-                          (S_ISLNK(own.stx_mode) ? Attribute::Alias : 0) |
-                          ((target.stx_mode & 0222) == 0 ? Attribute::ReadOnly : 0) |
-                          (properties.Name.starts_with('.') ? Attribute::Hidden : 0);
-  if (!S_ISDIR(target.stx_mode)) properties.Size = target.stx_size;
+  if (const int error = DetailsAt(folder, name, properties.Name, properties))
+    Raise(error, path, FileError::FileNotFound);
   return properties;
+}
+
+ItemKind KindOf(mode_t mode) {
+  if (S_ISDIR(mode)) return ItemKind::Folder;
+  if (S_ISLNK(mode)) return ItemKind::DanglingLink;
+  if (S_ISFIFO(mode)) return ItemKind::Pipe;
+  if (S_ISSOCK(mode)) return ItemKind::Socket;
+  if (S_ISCHR(mode)) return ItemKind::CharacterDevice;
+  return S_ISBLK(mode) ? ItemKind::BlockDevice : ItemKind::File;
 }
 
 }  // namespace brackwell::posix

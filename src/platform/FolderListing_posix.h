@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,5 +18,7 @@ std::optional<FileStatus> FindAt(int folder, const char* name);
 
 /// Reads all properties of `name` in the open folder `folder` (AT_EMPTY_PATH: of the folder itself).
 ItemProperties PropertiesAt(int folder, const char* name, const std::string& path);
+
+ItemKind KindOf(mode_t mode);
 
 }  // namespace brackwell::posix

@@ -114,6 +114,13 @@ class Listing final : public Folder {
     return found ? std::optional(StatusOf(*found)) : std::nullopt;
   }
 
+  ItemDetails FileDetails(std::string_view name) const override {
+    const std::string path = JoinPath(mPath, name);
+    const Found found = GetItem(path, FileError::FileNotFound);
+    if (found.IsFolder()) throw FileSystemError(FileError::FileNotFound, path);
+    return DetailsOf(found);
+  }
+
  private:
   void ReadMembers() {
     if (mRead) return;
@@ -185,17 +192,21 @@ DWORD LookUp(const std::string& path, Found& found) {
   return ERROR_SUCCESS;
 }
 
+ItemDetails DetailsOf(const Found& found) {
+  const DWORD attributes = found.Information.dwFileAttributes;
+  return {.Kind = found.IsFolder() ? ItemKind::Folder : ItemKind::File,
+          .Attributes = (attributes & KnownAttributes) | (found.IsLink ? Attribute::Alias : 0),
+          .DateCreated = DateOf(found.Information.ftCreationTime),
+          .DateLastAccessed = DateOf(found.Information.ftLastAccessTime),
+          .DateLastModified = DateOf(found.Information.ftLastWriteTime),
+          .Size = found.IsFolder() ? 0 : found.Size()};
+}
+
 ItemProperties PropertiesOf(const Found& found, const std::string& path) {
-  ItemProperties properties;
+  ItemProperties properties{DetailsOf(found), {}, {}, {}};
   properties.Path = WithoutSeparator(path);
   properties.Name = FileName(path);
   properties.ParentFolder = ParentPath(path);
-  properties.Attributes =
-      (found.Information.dwFileAttributes & KnownAttributes) | (found.IsLink ? Attribute::Alias : 0);
-  properties.DateCreated = DateOf(found.Information.ftCreationTime);
-  properties.DateLastAccessed = DateOf(found.Information.ftLastAccessTime);
-  properties.DateLastModified = DateOf(found.Information.ftLastWriteTime);
-  if (!found.IsFolder()) properties.Size = found.Size();
   return properties;
 }
 

@@ -28,6 +28,7 @@ Found GetItem(const std::string& path, FileError missing);
 /// What is at `path` itself, a link not followed. Gives the system's error code, or 0.
 DWORD LookUp(const std::string& path, Found& found);
 
+ItemDetails DetailsOf(const Found& found);
 ItemProperties PropertiesOf(const Found& found, const std::string& path);
 
 }  // namespace brackwell::win32

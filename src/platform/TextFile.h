@@ -10,6 +10,13 @@ namespace brackwell {
 
 class TextWriter;
 
+/// What ends a line of a text file on this system.
+#ifdef _WIN32
+inline constexpr char LineEnd[] = "\r\n";
+#else
+inline constexpr char LineEnd[] = "\n";
+#endif
+
 /// Reads a file as the bytes it holds, up to the size it was opened with: one that others add to all the time
 /// has an end as well. Its calls raise FileSystemError.
 class TextReader {

@@ -24,6 +24,10 @@ class FailingFolder final : public Folder {
     return mReal->SubFolders();
   }
   std::optional<FileStatus> Find(std::string_view name) const override { return mReal->Find(name); }
+  ItemDetails FileDetails(std::string_view name) const override {
+    mOwner.Count(JoinPath(Path(), name));
+    return mReal->FileDetails(name);
+  }
 
  private:
   const FailingFileSystem& mOwner;
@@ -122,6 +126,9 @@ std::string FailingFileSystem::Drive(const std::string& path) const { return mRe
 std::string FailingFileSystem::ShortName(const std::string& path) const { return mReal->ShortName(path); }
 std::string FailingFileSystem::ShortPath(const std::string& path) const { return mReal->ShortPath(path); }
 std::string FailingFileSystem::Type(const std::string& path) const { return mReal->Type(path); }
+std::string FailingFileSystem::Type(std::string_view name, ItemKind kind) const {
+  return mReal->Type(name, kind);
+}
 
 void FailingFileSystem::CopyFile(const std::string& source, const std::string& target, bool overwrite,
                                  const Tick& tick) {

@@ -28,6 +28,7 @@ class FailingFileSystem final : public FileSystemObject {
   std::string ShortName(const std::string& path) const override;
   std::string ShortPath(const std::string& path) const override;
   std::string Type(const std::string& path) const override;
+  std::string Type(std::string_view name, ItemKind kind) const override;
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                 const Tick& tick = {}) override;
   void MoveFile(const std::string& source, const std::string& target) override;

@@ -1,0 +1,165 @@
+#include "dirdisplay/DisplayOutput.h"
+
+#include <libxml/xmlsave.h>
+#include <utf8proc.h>
+
+#include <charconv>
+#include <exception>
+
+#include "common/Files.h"
+#include "common/Progress.h"
+#include "dirdisplay/XmlDocument.h"
+#include "platform/TempFolder.h"
+
+namespace brackwell {
+namespace {
+
+constexpr std::string_view DelimiterMarker = "DELIM-TBD";
+constexpr std::string_view CodePrefix = "CHR-";
+
+/// Ends a run from wherever it is.
+struct StoppedByUser {};
+
+std::string OutputName(DisplayFormat format) {
+  switch (format) {
+    case DisplayFormat::Text:
+      return "dir_display.txt";
+    case DisplayFormat::Html:
+      return "dir_display.html";
+    case DisplayFormat::Xml:
+      break;
+  }
+  return "dir_display.xml";
+}
+
+void SetAttribute(xmlNode* element, const char* name, const std::string& value) {
+  Require(xmlNewProp(element, reinterpret_cast<const xmlChar*>(name), XmlChars(value)));
+}
+
+/// Gives the root of a new document.
+XmlDocument NewDocument(const DisplayOptions& options, int xmlType, bool oneLine) {
+  XmlDocument document(Require(xmlNewDoc(nullptr)));
+  document->dict = Require(xmlDictCreate());
+  const xmlChar* const name = xmlDictLookup(document->dict, XmlChars("directory_display"), -1);
+  xmlNode* const root =
+      Require(xmlNewDocNodeEatName(document.get(), nullptr, const_cast<xmlChar*>(Require(name)), nullptr));
+  xmlDocSetRootElement(document.get(), root);
+  std::string path = options.Folder;
+  MakeXmlText(path, oneLine);
+  SetAttribute(root, "style", xmlType == 0 ? "element" : "attribute");
+  SetAttribute(root, "path", path);
+  return document;
+}
+
+XmlDocument DescribeFolder(const FileSystemObject& files, const DisplayOptions& options, Progress& progress) {
+  const bool isXml = options.Format == DisplayFormat::Xml;
+  const int xmlType = isXml ? options.XmlType : 1;
+  XmlDocument document = NewDocument(options, xmlType, !isXml);
+  DirectoryScan scan(files, options, !isXml, progress);
+  if (!scan.AddFolderNode(options.Folder, xmlDocGetRootElement(document.get()), xmlType))
+    throw StoppedByUser{};
+  return document;
+}
+
+std::string Transformed(const FileSystemObject& files, const DisplayOptions& options, const char* stylesheet,
+                        Progress& progress, const ShowXslError& showError) {
+  const XmlDocument document = DescribeFolder(files, options, progress);
+  std::string result =
+      XmlApplyXsl(files, document.get(), options.ProgramFolder + stylesheet, progress, showError);
+  if (progress.Stopped()) throw StoppedByUser{};
+  return result;
+}
+
+std::string WithDelimiters(std::string_view text, std::string_view delimiter) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = text.find(DelimiterMarker); at != std::string_view::npos;
+       at = text.find(DelimiterMarker)) {
+    result += text.substr(0, at);
+    result += delimiter;
+    text.remove_prefix(at + DelimiterMarker.size());
+  }
+  return result += text;
+}
+
+/// Saves a document piece by piece, since it may be very large.
+class DocumentSaver {
+ public:
+  DocumentSaver(TextWriter& file, Progress& progress) : mFile(file), mProgress(progress) {}
+
+  void Save(xmlDoc* document) {
+    xmlSaveCtxt* const context = Require(xmlSaveToIO(Write, nullptr, this, "UTF-8", 0));
+    xmlSaveDoc(context, document);
+    xmlSaveClose(context);
+    if (mError) std::rethrow_exception(mError);
+  }
+
+ private:
+  /// The library must not be left by an exception.
+  static int Write(void* saver, const char* bytes, int length) {
+    auto& self = *static_cast<DocumentSaver*>(saver);
+    if (self.mError) return -1;
+    try {
+      self.mFile.Write({bytes, static_cast<std::size_t>(length)});
+      self.mProgress.DoEvents();
+      if (self.mProgress.Stopped()) throw StoppedByUser{};
+      return length;
+    } catch (...) {
+      self.mError = std::current_exception();
+      return -1;
+    }
+  }
+
+  TextWriter& mFile;
+  Progress& mProgress;
+  std::exception_ptr mError;
+};
+
+void SaveDocument(FileSystemObject& files, xmlDoc* document, const std::string& path, Progress& progress) {
+  const auto file = files.CreateTextFile(path, true);
+  DocumentSaver(*file, progress).Save(document);
+  file->Close();
+}
+
+void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const std::string& path,
+                 Progress& progress, const ShowXslError& showError) {
+  switch (options.Format) {
+    case DisplayFormat::Text: {
+      const std::string text = Transformed(files, options, "/xml/dir_display_text.xsl", progress, showError);
+      WriteTextFile(files, path, true, WithDelimiters(text, DelimiterText(options.TextDelimiter)));
+      break;
+    }
+    case DisplayFormat::Html:
+      WriteTextFile(files, path, true,
+                    Transformed(files, options, "/xml/dir_display_html.xsl", progress, showError));
+      break;
+    case DisplayFormat::Xml:
+      SaveDocument(files, DescribeFolder(files, options, progress).get(), path, progress);
+      break;
+  }
+}
+
+}  // namespace
+
+std::optional<std::string> DisplayDirectory(FileSystemObject& files, const DisplayOptions& options,
+                                            Progress& progress, const ShowXslError& showError) try {
+  std::string path = GetTempFolder() + OutputName(options.Format);
+  WriteOutput(files, options, path, progress, showError);
+  return path;
+} catch (const StoppedByUser&) {
+  return std::nullopt;
+}
+
+std::string DelimiterText(std::string_view setting) {
+  if (!setting.starts_with(CodePrefix)) return std::string(setting);
+  const std::string_view number = setting.substr(CodePrefix.size());
+  utf8proc_int32_t code = -1;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), code);
+  const bool isCode = error == std::errc() && end == number.data() + number.size();
+  if (!isCode || !utf8proc_codepoint_valid(code)) return std::string(setting);
+  utf8proc_uint8_t bytes[4];
+  const auto length = utf8proc_encode_char(code, bytes);
+  return std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
+}
+
+}  // namespace brackwell

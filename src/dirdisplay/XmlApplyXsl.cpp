@@ -1,0 +1,246 @@
+#include "dirdisplay/XmlApplyXsl.h"
+
+#include <libxml/parser.h>
+#include <libxml/xmlerror.h>
+#include <libxml/xpath.h>
+#include <libxslt/security.h>
+#include <libxslt/transform.h>
+#include <libxslt/variables.h>
+#include <libxslt/xsltInternals.h>
+#include <libxslt/xsltutils.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+#include "common/Progress.h"
+#include "dirdisplay/XmlDocument.h"
+#include "platform/FileSystemObject.h"
+
+namespace brackwell {
+namespace {
+
+/// The number by which scripts know a failure without a number of its own.
+constexpr int UnspecifiedFailure = -2147467259;
+
+/// What a stylesheet may take before it is taken for one that does not end: instructions, and steps in its
+/// expressions, for any document and for each element of it.
+constexpr unsigned long Operations = 10'000'000;
+constexpr unsigned long OperationsPerElement = 1000;
+constexpr unsigned long MostOperations = 4'000'000'000;
+
+/// The library has told why.
+struct TransformError {};
+
+struct StylesheetDeleter {
+  void operator()(xsltStylesheet* stylesheet) const { xsltFreeStylesheet(stylesheet); }
+};
+struct TransformDeleter {
+  void operator()(xsltTransformContext* context) const { xsltFreeTransformContext(context); }
+};
+struct ParserDeleter {
+  void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
+};
+using Stylesheet = std::unique_ptr<xsltStylesheet, StylesheetDeleter>;
+using Transform = std::unique_ptr<xsltTransformContext, TransformDeleter>;
+
+/// The library tells its errors through functions of the whole program. While one is alive they come here.
+/// They nest: events that run meanwhile may begin and end another.
+class Messages {
+ public:
+  Messages() {
+    xsltSetGenericErrorFunc(this, AddFormatted);
+    xmlSetStructuredErrorFunc(this, AddError);
+  }
+  ~Messages() {
+    xsltSetGenericErrorFunc(mXsltContext, mXslt);
+    xmlSetStructuredErrorFunc(mXmlContext, mXml);
+  }
+  Messages(const Messages&) = delete;
+  Messages& operator=(const Messages&) = delete;
+
+  /// All of them on one line.
+  std::string Text() const {
+    const std::size_t end = mText.find_last_not_of(' ');
+    return end == std::string::npos ? "The transformation failed." : mText.substr(0, end + 1);
+  }
+
+ private:
+  static void AddFormatted(void* messages, const char* format, ...) {
+    char text[1000];
+    va_list values;
+    va_start(values, format);
+    std::vsnprintf(text, sizeof text, format, values);
+    va_end(values);
+    static_cast<Messages*>(messages)->Add(text);
+  }
+  static void AddError(void* messages, xmlError* error) {
+    if (error->message) static_cast<Messages*>(messages)->Add(error->message);
+  }
+  void Add(std::string_view text) {
+    constexpr std::size_t Longest = 1000;  // a message box should fit on the screen
+    for (const char c : text)
+      if (mText.size() < Longest) mText += c == '\n' || c == '\r' || c == '\t' ? ' ' : c;
+  }
+
+  const xmlGenericErrorFunc mXslt = xsltGenericError;
+  void* const mXsltContext = xsltGenericErrorContext;
+  const xmlStructuredErrorFunc mXml = xmlStructuredError;
+  void* const mXmlContext = xmlStructuredErrorContext;
+  std::string mText;
+};
+
+/// While one is alive no document leads to another file.
+class NoOtherFiles {
+ public:
+  NoOtherFiles() {
+    xmlSetExternalEntityLoader([](auto...) -> xmlParserInput* { return nullptr; });
+  }
+  ~NoOtherFiles() { xmlSetExternalEntityLoader(mBefore); }
+  NoOtherFiles(const NoOtherFiles&) = delete;
+  NoOtherFiles& operator=(const NoOtherFiles&) = delete;
+
+ private:
+  const xmlExternalEntityLoader mBefore = xmlGetExternalEntityLoader();
+};
+
+/// For the whole program and all its time.
+void ForbidFilesAndNetwork() {
+  static xsltSecurityPrefs* const forbidding = [] {
+    xsltSecurityPrefs* const preferences = Require(xsltNewSecurityPrefs());
+    for (const auto option : {XSLT_SECPREF_READ_FILE, XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY,
+                              XSLT_SECPREF_READ_NETWORK, XSLT_SECPREF_WRITE_NETWORK})
+      xsltSetSecurityPrefs(preferences, option, xsltSecurityForbid);
+    return preferences;
+  }();
+  xsltSetDefaultSecurityPrefs(forbidding);
+}
+
+XmlDocument ParseStylesheet(const FileSystemObject& files, const std::string& path) {
+  const std::string text = files.OpenTextFile(path)->ReadAll();
+  const std::unique_ptr<xmlParserCtxt, ParserDeleter> parser(Require(xmlNewParserCtxt()));
+  // Entities of its own are what makes a stylesheet readable; the parser itself sees to it that they do not
+  // grow beyond measure.
+  XmlDocument document(xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()),
+                                         path.c_str(), nullptr,
+                                         XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET));
+  if (!document) throw TransformError();
+  return document;
+}
+
+Stylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path) {
+  const NoOtherFiles noOtherFiles;
+  XmlDocument document = ParseStylesheet(files, path);
+  Stylesheet stylesheet(xsltParseStylesheetDoc(document.get()));
+  if (stylesheet) static_cast<void>(document.release());  // it is the stylesheet's now
+  if (!stylesheet || stylesheet->errors != 0) throw TransformError();
+  return stylesheet;
+}
+
+/// Lets events run while the library is at work.
+class Events {
+ public:
+  explicit Events(Progress& progress) : mProgress(progress) {}
+
+  /// The library's debugger is the one who is called at every instruction.
+  void Watch(xsltTransformContext& context) {
+    static void (*callbacks[])() = {reinterpret_cast<void (*)()>(AtInstruction), nullptr, nullptr};
+    xsltSetDebuggerCallbacks(3, callbacks);
+    context._private = this;
+    context.debugStatus = XSLT_DEBUG_RUN;
+  }
+
+  /// Takes the result piece by piece.
+  static int Write(void* output, const char* bytes, int length) {
+    auto& [events, text] = *static_cast<std::pair<Events*, std::string>*>(output);
+    text.append(bytes, static_cast<std::size_t>(length));
+    events->mProgress.DoEvents();
+    return events->mProgress.Stopped() ? -1 : length;
+  }
+
+ private:
+  static void AtInstruction(xmlNode* /*instruction*/, xmlNode* /*node*/, xsltTemplate* /*matched*/,
+                            xsltTransformContext* context) {
+    auto& events = *static_cast<Events*>(context->_private);
+    if (++events.mInstructions % 64 != 0) return;
+    events.mProgress.DoEvents();
+    if (events.mProgress.Stopped()) context->state = XSLT_STATE_STOPPED;
+  }
+
+  Progress& mProgress;
+  unsigned mInstructions = 0;
+};
+
+void LimitOperations(xsltTransformContext& context, xmlDoc* document) {
+  const auto elements = static_cast<unsigned long>(std::max(xmlXPathOrderDocElems(document), 0L));
+  context.opLimit =
+      std::min(elements, (MostOperations - Operations) / OperationsPerElement) * OperationsPerElement +
+      Operations;
+  context.xpathCtxt->opLimit = context.opLimit;
+}
+
+std::string Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
+  // Text is text; its encoding is the program's affair.
+  const auto* const method = reinterpret_cast<const char*>(stylesheet->method);
+  const bool isText = method && std::string_view(method) == "text";
+  xmlCharEncodingHandler* encoder = nullptr;
+  if (!isText && stylesheet->encoding)
+    encoder = xmlFindCharEncodingHandler(reinterpret_cast<const char*>(stylesheet->encoding));
+  std::pair<Events*, std::string> output(&events, {});
+  xmlOutputBuffer* const buffer = Require(xmlOutputBufferCreateIO(Events::Write, nullptr, &output, encoder));
+  xsltSaveResultTo(buffer, result, stylesheet);
+  xmlOutputBufferClose(buffer);
+  return std::move(output.second);
+}
+
+std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, Progress& progress) {
+  const Transform context(Require(xsltNewTransformContext(stylesheet, document)));
+  LimitOperations(*context, document);
+  Events events(progress);
+  events.Watch(*context);
+  const char* parameters[] = {"line-end", LineEnd, nullptr};
+  xsltQuoteUserParams(context.get(), parameters);
+  const XmlDocument result(
+      xsltApplyStylesheetUser(stylesheet, document, nullptr, nullptr, nullptr, context.get()));
+  if (progress.Stopped()) return {};
+  if (!result) throw TransformError();
+  return Serialize(result.get(), stylesheet, events);
+}
+
+std::string ErrorText(int number, const std::string& description) {
+  return "There was an error in XmlApplyXsl:\r\n"
+         "Error: " +
+         std::to_string(number) +
+         "\r\n"
+         "Description: " +
+         description +
+         "\r\n"
+         // The document was built, not read, so there is never an error of its own.
+         "XML Error Code: 0\r\n"
+         "XML Error Reason: \r\n";
+}
+
+}  // namespace
+
+std::string XmlApplyXsl(const FileSystemObject& files, xmlDoc* document, const std::string& path,
+                        Progress& progress, const ShowXslError& showError) {
+  ForbidFilesAndNetwork();
+  std::string error;
+  {
+    const Messages messages;
+    try {
+      const Stylesheet stylesheet = LoadStylesheet(files, path);
+      return ApplyStylesheet(document, stylesheet.get(), progress);
+    } catch (const FileSystemError& failed) {
+      error = ErrorText(failed.Number(), failed.what());
+    } catch (const TransformError&) {
+      error = ErrorText(UnspecifiedFailure, messages.Text());
+    }
+  }
+  showError(error);
+  return {};
+}
+
+}  // namespace brackwell
