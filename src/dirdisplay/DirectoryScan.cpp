@@ -78,6 +78,10 @@ xmlNode* NewElement(xmlNode* parent, xmlNode* before, const xmlChar* name) {
 
 std::uint64_t SizeOf(const std::optional<FileStatus>& status) { return status ? status->Size : 0; }
 
+xmlChar* Copied(const std::string& text) {
+  return Require(xmlStrndup(XmlChars(text), static_cast<int>(text.size())));
+}
+
 const xmlChar* Interned(const xmlNode* node, const std::string& name) {
   return Require(xmlDictLookup(node->doc->dict, XmlChars(name), static_cast<int>(name.size())));
 }
@@ -237,7 +241,7 @@ void DirectoryScan::AddFiles(Folder& folder, Level& level) {
   }
 }
 
-void DirectoryScan::AddFileNode(const FileItem& file, Level& level) const {
+void DirectoryScan::AddFileNode(const FileItem& file, Level& level) {
   xmlNode* const element = NewElement(level.Element, nullptr, mFileName);
   if (!level.FirstFile) level.FirstFile = element;
   for (const Property& property : mFileProperties)
@@ -245,13 +249,37 @@ void DirectoryScan::AddFileNode(const FileItem& file, Level& level) const {
 }
 
 /// Gives the node that holds the value's text.
-xmlNode* DirectoryScan::AddPropertyNode(xmlNode* owner, const Property& property, PropertyValue value) const {
+xmlNode* DirectoryScan::AddPropertyNode(xmlNode* owner, const Property& property, PropertyValue value) {
+  xmlNode* const text = Require(xmlNewDocText(owner->doc, nullptr));
+  auto* const name = const_cast<xmlChar*>(property.NodeName);
+  if (mXmlType == 1) {
+    xmlAttr* const attribute = Require(xmlNewNsPropEatName(owner, nullptr, name, nullptr));
+    attribute->children = attribute->last = text;
+    text->parent = reinterpret_cast<xmlNode*>(attribute);
+  } else {
+    xmlAddChild(NewElement(owner, nullptr, name), text);
+  }
+  text->content = Content(owner, property, std::move(value));
+  return text;
+}
+
+/// The kinds of files are few and kept once, by the document. For many different texts its memory is slow.
+xmlChar* DirectoryScan::Content(xmlNode* owner, const Property& property, PropertyValue value) {
+  if (const auto* const date = std::get_if<DateTime>(&value)) return Copied(DateContent(*date));
   std::string text = ToText(std::move(value));
   MakeXmlText(text, mOneLine);
-  auto* const name = const_cast<xmlChar*>(property.NodeName);
-  if (mXmlType == 1) return Require(xmlNewNsPropEatName(owner, nullptr, name, XmlChars(text)))->children;
-  xmlNode* const element = NewElement(owner, nullptr, name);
-  return xmlAddChild(element, Require(xmlNewDocText(owner->doc, XmlChars(text))));
+  return property.Key == InfoKey::Type ? const_cast<xmlChar*>(Interned(owner, text)) : Copied(text);
+}
+
+/// Files often have the same date as one shortly before, and a date's text is the one that takes longest.
+const std::string& DirectoryScan::DateContent(DateTime date) {
+  KnownDate& known =
+      mKnownDates[static_cast<std::size_t>(date.time_since_epoch().count()) % mKnownDates.size()];
+  if (known.Text.empty() || known.Date != date) {
+    known = {date, ToText(date)};
+    MakeXmlText(known.Text, mOneLine);
+  }
+  return known.Text;
 }
 
 PropertyValue DirectoryScan::SizeBelow(const std::string& path) const try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -68,6 +69,10 @@ class DirectoryScan {
     const unsigned char* NodeName;  // the document's own
     InfoKey Key;
   };
+  struct KnownDate {
+    DateTime Date;
+    std::string Text;
+  };
   struct SubFolder {
     std::string Name;
     bool IsLink;
@@ -90,8 +95,10 @@ class DirectoryScan {
   void LeaveFolder();
   void AddFolderProperties(Folder& folder, Level& level);
   void AddFiles(Folder& folder, Level& level);
-  void AddFileNode(const FileItem& file, Level& level) const;
-  _xmlNode* AddPropertyNode(_xmlNode* owner, const Property& property, PropertyValue value) const;
+  void AddFileNode(const FileItem& file, Level& level);
+  _xmlNode* AddPropertyNode(_xmlNode* owner, const Property& property, PropertyValue value);
+  unsigned char* Content(_xmlNode* owner, const Property& property, PropertyValue value);
+  const std::string& DateContent(DateTime date);
   PropertyValue SizeBelow(const std::string& path) const;
   void DoEvents() const;
 
@@ -108,6 +115,7 @@ class DirectoryScan {
   std::vector<Property> mFileProperties;
   bool mNeedsDetails = false;  // of files
   bool mSumsUp = false;        // folders' sizes come from the walk itself
+  std::array<KnownDate, 256> mKnownDates;
   std::string mPath;           // of the folder in hand
   std::vector<Level> mLevels;  // not on the program's stack: trees may be deeper than that
 };
