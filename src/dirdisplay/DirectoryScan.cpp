@@ -70,21 +70,7 @@ struct TextMaker {
   std::string operator()(std::string& value) const { return std::move(value); }
 };
 
-xmlNode* NewElement(xmlNode* parent, xmlNode* before, const xmlChar* name) {
-  xmlNode* const element =
-      Require(xmlNewDocNodeEatName(parent->doc, nullptr, const_cast<xmlChar*>(name), nullptr));
-  return before ? xmlAddPrevSibling(before, element) : xmlAddChild(parent, element);
-}
-
 std::uint64_t SizeOf(const std::optional<FileStatus>& status) { return status ? status->Size : 0; }
-
-xmlChar* Copied(const std::string& text) {
-  return Require(xmlStrndup(XmlChars(text), static_cast<int>(text.size())));
-}
-
-const xmlChar* Interned(const xmlNode* node, const std::string& name) {
-  return Require(xmlDictLookup(node->doc->dict, XmlChars(name), static_cast<int>(name.size())));
-}
 
 }  // namespace
 
@@ -137,18 +123,21 @@ PropertyValue GetFileProperty(const FileItem& file, InfoKey key) {
   return {};
 }
 
-DirectoryScan::DirectoryScan(const FileSystemObject& files, const ScanOptions& options, bool oneLine,
-                             Progress& progress)
-    : mFiles(files), mOptions(options), mOneLine(oneLine), mProgress(progress), mTick([this] {
-        DoEvents();
-      }) {}
+DirectoryScan::DirectoryScan(const FileSystemObject& files, const ScanOptions& options, XmlDocument& document,
+                             bool oneLine, Progress& progress)
+    : mFiles(files),
+      mOptions(options),
+      mDocument(document),
+      mOneLine(oneLine),
+      mProgress(progress),
+      mTick([this] { DoEvents(); }) {}
 
 bool DirectoryScan::AddFolderNode(const std::string& path, xmlNode* parent, int xmlType) try {
   mXmlType = xmlType;
-  mFolderName = Interned(parent, "folder");
-  mFileName = Interned(parent, "file");
-  mFolderProperties = PropertiesOf(mOptions.FolderInfo, FolderKey, parent);
-  mFileProperties = PropertiesOf(mOptions.FileInfo, FileKey, parent);
+  mFolderName = mDocument.Intern("folder");
+  mFileName = mDocument.Intern("file");
+  mFolderProperties = PropertiesOf(mOptions.FolderInfo, FolderKey);
+  mFileProperties = PropertiesOf(mOptions.FileInfo, FileKey);
   mNeedsDetails = std::ranges::any_of(mFileProperties, NeedsDetails, &Property::Key);
   mSumsUp = mOptions.IncludeFolders && mOptions.IncludeSubfolders &&
             std::ranges::count(mFolderProperties, InfoKey::Size, &Property::Key) > 0;
@@ -168,11 +157,10 @@ bool DirectoryScan::AddFolderNode(const std::string& path, xmlNode* parent, int 
 
 /// An element cannot have two attributes of one name: the last value is set in the place of the first.
 std::vector<DirectoryScan::Property> DirectoryScan::PropertiesOf(const std::vector<InfoItem>& items,
-                                                                 InfoKey (*keyOf)(std::string_view),
-                                                                 xmlNode* parent) const {
+                                                                 InfoKey (*keyOf)(std::string_view)) {
   std::vector<Property> properties;
   for (const InfoItem& item : items) {
-    const Property property{Interned(parent, NodeName(item.Caption)), keyOf(item.Key)};
+    const Property property{mDocument.Intern(NodeName(item.Caption)), keyOf(item.Key)};
     const auto same = std::ranges::find(properties, property.NodeName, &Property::NodeName);
     if (mXmlType == 1 && same != properties.end())
       *same = property;
@@ -187,7 +175,7 @@ void DirectoryScan::EnterFolder(xmlNode* parent, xmlNode* before, bool leadsBack
   mProgress.Message(mPath);
   DoEvents();
   const auto folder = mFiles.GetFolder(mPath, mTick);
-  Level level{.Element = NewElement(parent, before, mFolderName), .PathLength = mPath.size()};
+  Level level{.Element = mDocument.AddElement(parent, before, mFolderName), .PathLength = mPath.size()};
   if (mOptions.IncludeFolders) AddFolderProperties(*folder, level);
   if (leadsBack) return;
   if (mOptions.IncludeSubfolders)
@@ -212,7 +200,7 @@ void DirectoryScan::LeaveFolder() {
   const Level level = std::move(mLevels.back());
   mLevels.pop_back();
   const std::string size = std::to_string(level.Size);
-  for (xmlNode* const text : level.SizeTexts) xmlNodeAddContent(text, XmlChars(size));
+  for (xmlNode* const text : level.SizeTexts) mDocument.SetText(text, size);
   if (!mLevels.empty()) mLevels.back().Size += level.Size;
 }
 
@@ -242,7 +230,7 @@ void DirectoryScan::AddFiles(Folder& folder, Level& level) {
 }
 
 void DirectoryScan::AddFileNode(const FileItem& file, Level& level) {
-  xmlNode* const element = NewElement(level.Element, nullptr, mFileName);
+  xmlNode* const element = mDocument.AddElement(level.Element, nullptr, mFileName);
   if (!level.FirstFile) level.FirstFile = element;
   for (const Property& property : mFileProperties)
     AddPropertyNode(element, property, GetFileProperty(file, property.Key));
@@ -250,25 +238,20 @@ void DirectoryScan::AddFileNode(const FileItem& file, Level& level) {
 
 /// Gives the node that holds the value's text.
 xmlNode* DirectoryScan::AddPropertyNode(xmlNode* owner, const Property& property, PropertyValue value) {
-  xmlNode* const text = Require(xmlNewDocText(owner->doc, nullptr));
-  auto* const name = const_cast<xmlChar*>(property.NodeName);
-  if (mXmlType == 1) {
-    xmlAttr* const attribute = Require(xmlNewNsPropEatName(owner, nullptr, name, nullptr));
-    attribute->children = attribute->last = text;
-    text->parent = reinterpret_cast<xmlNode*>(attribute);
-  } else {
-    xmlAddChild(NewElement(owner, nullptr, name), text);
+  xmlNode* const text = mXmlType == 1
+                            ? mDocument.AddAttribute(owner, property.NodeName)
+                            : mDocument.AddText(mDocument.AddElement(owner, nullptr, property.NodeName));
+  if (const auto* const date = std::get_if<DateTime>(&value)) {
+    mDocument.SetText(text, DateContent(*date));
+    return text;
   }
-  text->content = Content(owner, property, std::move(value));
+  std::string content = ToText(std::move(value));
+  MakeXmlText(content, mOneLine);
+  if (property.Key == InfoKey::Type)
+    XmlDocument::SetInterned(text, mDocument.Intern(content));
+  else
+    mDocument.SetText(text, content);
   return text;
-}
-
-/// The kinds of files are few and kept once, by the document. For many different texts its memory is slow.
-xmlChar* DirectoryScan::Content(xmlNode* owner, const Property& property, PropertyValue value) {
-  if (const auto* const date = std::get_if<DateTime>(&value)) return Copied(DateContent(*date));
-  std::string text = ToText(std::move(value));
-  MakeXmlText(text, mOneLine);
-  return property.Key == InfoKey::Type ? const_cast<xmlChar*>(Interned(owner, text)) : Copied(text);
 }
 
 /// Files often have the same date as one shortly before, and a date's text is the one that takes longest.

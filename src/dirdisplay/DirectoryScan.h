@@ -16,6 +16,7 @@ struct _xmlNode;
 namespace brackwell {
 
 class Progress;
+class XmlDocument;
 
 struct ScanOptions {
   bool IncludeFolders = true;
@@ -57,7 +58,8 @@ PropertyValue GetFileProperty(const FileItem& file, InfoKey key);
 class DirectoryScan {
  public:
   /// With `oneLine`, no value has a tab or a line break in it.
-  DirectoryScan(const FileSystemObject& files, const ScanOptions& options, bool oneLine, Progress& progress);
+  DirectoryScan(const FileSystemObject& files, const ScanOptions& options, XmlDocument& document,
+                bool oneLine, Progress& progress);
 
   /// Appends the element of the folder at `path`, with all that the options say is in it. False where it was
   /// stopped. Raises FileSystemError for a folder that cannot be opened or listed and for a file that cannot
@@ -88,8 +90,7 @@ class DirectoryScan {
     std::size_t Next = 0;
   };
 
-  std::vector<Property> PropertiesOf(const std::vector<InfoItem>& items, InfoKey (*keyOf)(std::string_view),
-                                     _xmlNode* parent) const;
+  std::vector<Property> PropertiesOf(const std::vector<InfoItem>& items, InfoKey (*keyOf)(std::string_view));
   void EnterFolder(_xmlNode* parent, _xmlNode* before, bool leadsBack);
   void EnterSubFolder();
   void LeaveFolder();
@@ -97,13 +98,13 @@ class DirectoryScan {
   void AddFiles(Folder& folder, Level& level);
   void AddFileNode(const FileItem& file, Level& level);
   _xmlNode* AddPropertyNode(_xmlNode* owner, const Property& property, PropertyValue value);
-  unsigned char* Content(_xmlNode* owner, const Property& property, PropertyValue value);
   const std::string& DateContent(DateTime date);
   PropertyValue SizeBelow(const std::string& path) const;
   void DoEvents() const;
 
   const FileSystemObject& mFiles;
   const ScanOptions& mOptions;
+  XmlDocument& mDocument;
   const bool mOneLine;
   Progress& mProgress;
   const Tick mTick;

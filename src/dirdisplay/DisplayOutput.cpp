@@ -32,40 +32,36 @@ std::string OutputName(DisplayFormat format) {
   return "dir_display.xml";
 }
 
-void SetAttribute(xmlNode* element, const char* name, const std::string& value) {
-  Require(xmlNewProp(element, reinterpret_cast<const xmlChar*>(name), XmlChars(value)));
-}
+/// Builds the document that describes the folder.
+class Description {
+ public:
+  Description(const FileSystemObject& files, const DisplayOptions& options, Progress& progress)
+      : mDocument("directory_display") {
+    const bool isXml = options.Format == DisplayFormat::Xml;
+    const int xmlType = isXml ? options.XmlType : 1;
+    std::string path = options.Folder;
+    MakeXmlText(path, !isXml);
+    AddAttribute("style", xmlType == 0 ? "element" : "attribute");
+    AddAttribute("path", path);
+    DirectoryScan scan(files, options, mDocument, !isXml, progress);
+    if (!scan.AddFolderNode(options.Folder, mDocument.Root(), xmlType)) throw StoppedByUser{};
+  }
 
-/// Gives the root of a new document.
-XmlDocument NewDocument(const DisplayOptions& options, int xmlType, bool oneLine) {
-  XmlDocument document(Require(xmlNewDoc(nullptr)));
-  document->dict = Require(xmlDictCreate());
-  const xmlChar* const name = xmlDictLookup(document->dict, XmlChars("directory_display"), -1);
-  xmlNode* const root =
-      Require(xmlNewDocNodeEatName(document.get(), nullptr, const_cast<xmlChar*>(Require(name)), nullptr));
-  xmlDocSetRootElement(document.get(), root);
-  std::string path = options.Folder;
-  MakeXmlText(path, oneLine);
-  SetAttribute(root, "style", xmlType == 0 ? "element" : "attribute");
-  SetAttribute(root, "path", path);
-  return document;
-}
+  xmlDoc* Document() const { return mDocument.Get(); }
 
-XmlDocument DescribeFolder(const FileSystemObject& files, const DisplayOptions& options, Progress& progress) {
-  const bool isXml = options.Format == DisplayFormat::Xml;
-  const int xmlType = isXml ? options.XmlType : 1;
-  XmlDocument document = NewDocument(options, xmlType, !isXml);
-  DirectoryScan scan(files, options, !isXml, progress);
-  if (!scan.AddFolderNode(options.Folder, xmlDocGetRootElement(document.get()), xmlType))
-    throw StoppedByUser{};
-  return document;
-}
+ private:
+  void AddAttribute(const char* name, const std::string& value) {
+    mDocument.SetText(mDocument.AddAttribute(mDocument.Root(), mDocument.Intern(name)), value);
+  }
+
+  XmlDocument mDocument;
+};
 
 std::string Transformed(const FileSystemObject& files, const DisplayOptions& options, const char* stylesheet,
                         Progress& progress, const ShowXslError& showError) {
-  const XmlDocument document = DescribeFolder(files, options, progress);
+  const Description description(files, options, progress);
   std::string result =
-      XmlApplyXsl(files, document.get(), options.ProgramFolder + stylesheet, progress, showError);
+      XmlApplyXsl(files, description.Document(), options.ProgramFolder + stylesheet, progress, showError);
   if (progress.Stopped()) throw StoppedByUser{};
   return result;
 }
@@ -134,7 +130,7 @@ void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const s
                     Transformed(files, options, "/xml/dir_display_html.xsl", progress, showError));
       break;
     case DisplayFormat::Xml:
-      SaveDocument(files, DescribeFolder(files, options, progress).get(), path, progress);
+      SaveDocument(files, Description(files, options, progress).Document(), path, progress);
       break;
   }
 }

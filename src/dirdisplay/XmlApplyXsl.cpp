@@ -34,6 +34,9 @@ constexpr unsigned long MostOperations = 4'000'000'000;
 /// The library has told why.
 struct TransformError {};
 
+struct DocumentDeleter {
+  void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
 struct StylesheetDeleter {
   void operator()(xsltStylesheet* stylesheet) const { xsltFreeStylesheet(stylesheet); }
 };
@@ -43,6 +46,7 @@ struct TransformDeleter {
 struct ParserDeleter {
   void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
 };
+using Document = std::unique_ptr<xmlDoc, DocumentDeleter>;
 using Stylesheet = std::unique_ptr<xsltStylesheet, StylesheetDeleter>;
 using Transform = std::unique_ptr<xsltTransformContext, TransformDeleter>;
 
@@ -118,21 +122,20 @@ void ForbidFilesAndNetwork() {
   xsltSetDefaultSecurityPrefs(forbidding);
 }
 
-XmlDocument ParseStylesheet(const FileSystemObject& files, const std::string& path) {
+Document ParseStylesheet(const FileSystemObject& files, const std::string& path) {
   const std::string text = files.OpenTextFile(path)->ReadAll();
   const std::unique_ptr<xmlParserCtxt, ParserDeleter> parser(Require(xmlNewParserCtxt()));
   // Entities of its own are what makes a stylesheet readable; the parser itself sees to it that they do not
   // grow beyond measure.
-  XmlDocument document(xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()),
-                                         path.c_str(), nullptr,
-                                         XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET));
+  Document document(xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), path.c_str(),
+                                      nullptr, XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET));
   if (!document) throw TransformError();
   return document;
 }
 
 Stylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path) {
   const NoOtherFiles noOtherFiles;
-  XmlDocument document = ParseStylesheet(files, path);
+  Document document = ParseStylesheet(files, path);
   Stylesheet stylesheet(xsltParseStylesheetDoc(document.get()));
   if (stylesheet) static_cast<void>(document.release());  // it is the stylesheet's now
   if (!stylesheet || stylesheet->errors != 0) throw TransformError();
@@ -202,7 +205,7 @@ std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, Progre
   events.Watch(*context);
   const char* parameters[] = {"line-end", LineEnd, nullptr};
   xsltQuoteUserParams(context.get(), parameters);
-  const XmlDocument result(
+  const Document result(
       xsltApplyStylesheetUser(stylesheet, document, nullptr, nullptr, nullptr, context.get()));
   if (progress.Stopped()) return {};
   if (!result) throw TransformError();

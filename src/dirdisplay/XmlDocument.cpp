@@ -1,8 +1,10 @@
 #include "dirdisplay/XmlDocument.h"
 
+#include <libxml/parserInternals.h>
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace brackwell {
 namespace {
@@ -17,6 +19,77 @@ constexpr utf8proc_int32_t XmlCharacter(utf8proc_int32_t code, bool oneLine) {
 }
 
 }  // namespace
+
+XmlDocument::XmlDocument(const std::string& rootName) : mDocument(Require(xmlNewDoc(nullptr))) {
+  mDocument->dict = Require(xmlDictCreate());
+  mDocument->children = mDocument->last =
+      NewNode<xmlNode>(XML_ELEMENT_NODE, Intern(rootName), reinterpret_cast<xmlNode*>(mDocument));
+}
+
+XmlDocument::~XmlDocument() {
+  mDocument->children = mDocument->last = nullptr;
+  xmlFreeDoc(mDocument);
+}
+
+const xmlChar* XmlDocument::Intern(const std::string& text) {
+  return Require(xmlDictLookup(mDocument->dict, XmlChars(text), static_cast<int>(text.size())));
+}
+
+xmlNode* XmlDocument::AddElement(xmlNode* parent, xmlNode* before, const xmlChar* name) {
+  auto* const element = NewNode<xmlNode>(XML_ELEMENT_NODE, name, parent);
+  element->prev = before ? before->prev : parent->last;
+  element->next = before;
+  (element->prev ? element->prev->next : parent->children) = element;
+  (before ? before->prev : parent->last) = element;
+  return element;
+}
+
+xmlNode* XmlDocument::AddAttribute(xmlNode* owner, const xmlChar* name) {
+  auto* const attribute = NewNode<xmlAttr>(XML_ATTRIBUTE_NODE, name, owner);
+  xmlAttr* last = owner->properties;
+  while (last && last->next) last = last->next;
+  attribute->prev = last;
+  (last ? last->next : owner->properties) = attribute;
+  return AddText(reinterpret_cast<xmlNode*>(attribute));
+}
+
+xmlNode* XmlDocument::AddText(xmlNode* owner) {
+  auto* const text = NewNode<xmlNode>(XML_TEXT_NODE, xmlStringText, owner);
+  owner->children = owner->last = text;
+  return text;
+}
+
+void XmlDocument::SetText(xmlNode* text, std::string_view value) {
+  auto* const content = static_cast<xmlChar*>(Take(value.size() + 1));
+  std::memcpy(content, value.data(), value.size());
+  content[value.size()] = 0;
+  text->content = content;
+}
+
+void* XmlDocument::Take(std::size_t size) {
+  constexpr std::size_t BlockSize = 1 << 20;
+  constexpr std::size_t Alignment = alignof(std::max_align_t);
+  size = (size + Alignment - 1) / Alignment * Alignment;
+  if (size > mLeft) {
+    mLeft = std::max(size, BlockSize);
+    mBlocks.push_back(std::make_unique_for_overwrite<std::byte[]>(mLeft));
+    mFree = mBlocks.back().get();
+  }
+  std::byte* const taken = mFree;
+  mFree += size;
+  mLeft -= size;
+  return taken;
+}
+
+template <typename Node>
+Node* XmlDocument::NewNode(xmlElementType type, const xmlChar* name, xmlNode* parent) {
+  auto* const node = new (Take(sizeof(Node))) Node{};
+  node->type = type;
+  node->name = name;
+  node->parent = parent;
+  node->doc = mDocument;
+  return node;
+}
 
 void MakeXmlText(std::string& text, bool oneLine) {
   const std::size_t plain = static_cast<std::size_t>(std::ranges::find_if_not(text, IsPlain) - text.begin());
