@@ -39,8 +39,8 @@ tbody tr { border-bottom: 1px solid var(--line); }
 tbody .folder { background: var(--folder); }
 tbody .folder :first-child { font-weight: 600; }
 tbody :first-child:not(tr) { padding-left: calc(.8em + min(var(--level), 24) * 1.1em); white-space: nowrap; }
-tbody .file :first-child { padding-left: calc(1.9em + min(var(--level), 24) * 1.1em); color: var(--quiet); }
-thead .file :first-child { padding-left: 1.9em; }
+tbody tr:not(.folder) :first-child { padding-left: calc(1.9em + min(var(--level), 24) * 1.1em); color: var(--quiet); }
+thead tr:not(.folder) :first-child { padding-left: 1.9em; }
 @media print {
   :root { --page: #fff; --text: #000; --quiet: #444; --line: #bbb; --folder: #eee; --head: #fff; --head-text: #000; }
   body { padding: 0; font-size: 9pt; }
@@ -49,10 +49,10 @@ thead .file :first-child { padding-left: 1.9em; }
   tr { break-inside: avoid; }
 }
 <xsl:for-each select="folder/@*">
-  <xsl:call-template name="column-style"><xsl:with-param name="row" select="'folder'"/></xsl:call-template>
+  <xsl:call-template name="column-style"><xsl:with-param name="row" select="'.folder'"/></xsl:call-template>
 </xsl:for-each>
 <xsl:for-each select="descendant::file[1]/@*">
-  <xsl:call-template name="column-style"><xsl:with-param name="row" select="'file'"/></xsl:call-template>
+  <xsl:call-template name="column-style"><xsl:with-param name="row" select="'tr:not(.folder)'"/></xsl:call-template>
 </xsl:for-each>
         </style>
       </head>
@@ -73,7 +73,7 @@ thead .file :first-child { padding-left: 1.9em; }
               <tr class="folder"><th scope="col">Folder</th><xsl:call-template name="headings"/></tr>
             </xsl:for-each>
             <xsl:for-each select="descendant::file[1]">
-              <tr class="file"><th scope="col">File</th><xsl:call-template name="headings"/></tr>
+              <tr><th scope="col">File</th><xsl:call-template name="headings"/></tr>
             </xsl:for-each>
           </thead>
           <xsl:for-each select="descendant::folder[@* or file]">
@@ -84,7 +84,7 @@ thead .file :first-child { padding-left: 1.9em; }
               </xsl:if>
               <xsl:for-each select="file">
                 <xsl:text>&#10;</xsl:text>
-                <tr class="file"><td>File</td><xsl:for-each select="@*"><td><xsl:value-of select="."/></td></xsl:for-each></tr>
+                <tr><td>File</td><xsl:for-each select="@*"><td><xsl:value-of select="."/></td></xsl:for-each></tr>
               </xsl:for-each>
             </tbody>
           </xsl:for-each>
@@ -98,10 +98,10 @@ thead .file :first-child { padding-left: 1.9em; }
     <xsl:param name="row"/>
     <xsl:choose>
       <xsl:when test="name() = 'size' or name() = 'attributes' or contains(name(), '_quantity')">
-        <xsl:value-of select="concat('.', $row, ' :nth-child(', position() + 1, ') { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }&#10;')"/>
+        <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }&#10;')"/>
       </xsl:when>
       <xsl:when test="starts-with(name(), 'date_') or name() = 'is_root' or name() = 'extension'">
-        <xsl:value-of select="concat('.', $row, ' :nth-child(', position() + 1, ') { white-space: nowrap; }&#10;')"/>
+        <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { white-space: nowrap; }&#10;')"/>
       </xsl:when>
     </xsl:choose>
   </xsl:template>

@@ -9,6 +9,7 @@
 #include "common/Files.h"
 #include "common/Progress.h"
 #include "dirdisplay/XmlDocument.h"
+#include "dirdisplay/XmlMessages.h"
 #include "platform/TempFolder.h"
 
 namespace brackwell {
@@ -84,6 +85,7 @@ class DocumentSaver {
   DocumentSaver(TextWriter& file, Progress& progress) : mFile(file), mProgress(progress) {}
 
   void Save(xmlDoc* document) {
+    const XmlMessages messages;  // the error of the file says all
     xmlSaveCtxt* const context = Require(xmlSaveToIO(Write, nullptr, this, "UTF-8", 0));
     xmlSaveDoc(context, document);
     xmlSaveClose(context);

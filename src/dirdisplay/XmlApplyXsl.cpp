@@ -1,7 +1,6 @@
 #include "dirdisplay/XmlApplyXsl.h"
 
 #include <libxml/parser.h>
-#include <libxml/xmlerror.h>
 #include <libxml/xpath.h>
 #include <libxslt/security.h>
 #include <libxslt/transform.h>
@@ -10,13 +9,12 @@
 #include <libxslt/xsltutils.h>
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 #include <memory>
 #include <utility>
 
 #include "common/Progress.h"
 #include "dirdisplay/XmlDocument.h"
+#include "dirdisplay/XmlMessages.h"
 #include "platform/FileSystemObject.h"
 
 namespace brackwell {
@@ -49,52 +47,6 @@ struct ParserDeleter {
 using Document = std::unique_ptr<xmlDoc, DocumentDeleter>;
 using Stylesheet = std::unique_ptr<xsltStylesheet, StylesheetDeleter>;
 using Transform = std::unique_ptr<xsltTransformContext, TransformDeleter>;
-
-/// The library tells its errors through functions of the whole program. While one is alive they come here.
-/// They nest: events that run meanwhile may begin and end another.
-class Messages {
- public:
-  Messages() {
-    xsltSetGenericErrorFunc(this, AddFormatted);
-    xmlSetStructuredErrorFunc(this, AddError);
-  }
-  ~Messages() {
-    xsltSetGenericErrorFunc(mXsltContext, mXslt);
-    xmlSetStructuredErrorFunc(mXmlContext, mXml);
-  }
-  Messages(const Messages&) = delete;
-  Messages& operator=(const Messages&) = delete;
-
-  /// All of them on one line.
-  std::string Text() const {
-    const std::size_t end = mText.find_last_not_of(' ');
-    return end == std::string::npos ? "The transformation failed." : mText.substr(0, end + 1);
-  }
-
- private:
-  static void AddFormatted(void* messages, const char* format, ...) {
-    char text[1000];
-    va_list values;
-    va_start(values, format);
-    std::vsnprintf(text, sizeof text, format, values);
-    va_end(values);
-    static_cast<Messages*>(messages)->Add(text);
-  }
-  static void AddError(void* messages, xmlError* error) {
-    if (error->message) static_cast<Messages*>(messages)->Add(error->message);
-  }
-  void Add(std::string_view text) {
-    constexpr std::size_t Longest = 1000;  // a message box should fit on the screen
-    for (const char c : text)
-      if (mText.size() < Longest) mText += c == '\n' || c == '\r' || c == '\t' ? ' ' : c;
-  }
-
-  const xmlGenericErrorFunc mXslt = xsltGenericError;
-  void* const mXsltContext = xsltGenericErrorContext;
-  const xmlStructuredErrorFunc mXml = xmlStructuredError;
-  void* const mXmlContext = xmlStructuredErrorContext;
-  std::string mText;
-};
 
 /// While one is alive no document leads to another file.
 class NoOtherFiles {
@@ -166,6 +118,7 @@ class Events {
  private:
   static void AtInstruction(xmlNode* /*instruction*/, xmlNode* /*node*/, xsltTemplate* /*matched*/,
                             xsltTransformContext* context) {
+    if (context->state == XSLT_STATE_STOPPED) return;
     auto& events = *static_cast<Events*>(context->_private);
     if (++events.mInstructions % 64 != 0) return;
     events.mProgress.DoEvents();
@@ -232,7 +185,7 @@ std::string XmlApplyXsl(const FileSystemObject& files, xmlDoc* document, const s
   ForbidFilesAndNetwork();
   std::string error;
   {
-    const Messages messages;
+    const XmlMessages messages;
     try {
       const Stylesheet stylesheet = LoadStylesheet(files, path);
       return ApplyStylesheet(document, stylesheet.get(), progress);
