@@ -30,7 +30,7 @@ body { margin: 0; padding: 1.5em; background: var(--page); color: var(--text);
 h1 { margin: 0; font-size: 1.35em; font-weight: 600; white-space: pre-wrap; overflow-wrap: anywhere; }
 p { margin: .2em 0 1.2em; color: var(--quiet); }
 table { border-collapse: collapse; min-width: 100%; }
-th, td { padding: .25em .8em; text-align: left; vertical-align: top; white-space: pre-wrap; overflow-wrap: anywhere; }
+th, td { padding: .25em .8em; text-align: left; vertical-align: top; white-space: pre-wrap; overflow-wrap: break-word; }
 thead { position: sticky; top: 0; }
 thead th { background: var(--head); color: var(--head-text); font-weight: 600; white-space: nowrap; }
 thead tr:first-child th { padding-top: .5em; }
@@ -93,12 +93,15 @@ thead tr:not(.folder) :first-child { padding-left: 1.9em; }
     </html>
   </xsl:template>
 
-  <!-- Numbers are right-aligned; they and dates stay on one line. -->
+  <!-- Numbers are right-aligned; they and dates stay on one line; names and paths may break anywhere. -->
   <xsl:template name="column-style">
     <xsl:param name="row"/>
     <xsl:choose>
       <xsl:when test="name() = 'size' or name() = 'attributes' or contains(name(), '_quantity')">
         <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }&#10;')"/>
+      </xsl:when>
+      <xsl:when test="contains(name(), 'name') or contains(name(), 'path') or name() = 'parent_folder'">
+        <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { overflow-wrap: anywhere; }&#10;')"/>
       </xsl:when>
       <xsl:when test="starts-with(name(), 'date_') or name() = 'is_root' or name() = 'extension'">
         <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { white-space: nowrap; }&#10;')"/>
