@@ -65,13 +65,15 @@ class DescribedFolder : public testing::Test {
     return lines;
   }
 
-  std::string Shown(std::string text) const {
+  std::string Shown(std::string_view text) const {
     const std::string tree = Tree.Path();
-    for (std::size_t at = text.find(tree); at != std::string::npos; at = text.find(tree, at))
-      text.replace(at, tree.size(), "~");
-    for (char& c : text)
-      if (c == PathSeparator) c = '/';
-    return text;
+    std::string shown;
+    while (!text.empty()) {
+      const bool isTree = text.starts_with(tree);
+      shown += isTree ? '~' : text[0] == PathSeparator ? '/' : text[0];
+      text.remove_prefix(isTree ? tree.size() : 1);
+    }
+    return shown;
   }
 
   /// Called whenever a run lets events run.

@@ -193,6 +193,34 @@ TEST_F(Properties, TellReadOnlyFiles) {
   EXPECT_NE(mFiles->GetFile(mTree.Path("file.txt")).Attributes & Attribute::ReadOnly, 0u);
 }
 
+TEST_F(Properties, OfAMemberAreThoseOfItsPath) {
+  mTree.File("sub/file.txt", "12345", 100);
+  mTree.Folder("sub/folder");
+  const auto folder = mFiles->GetFolder(mTree.Path("sub"));
+  const ItemProperties file = mFiles->GetFile(mTree.Path("sub/file.txt"));
+  const ItemDetails details = folder->FileDetails("file.txt");
+  EXPECT_EQ(details.Kind, ItemKind::File);
+  EXPECT_EQ(details.Size, 5u);
+  EXPECT_EQ(details.DateLastModified, TempTree::Time(100));
+  EXPECT_EQ(details.DateCreated, file.DateCreated);
+  EXPECT_EQ(details.DateLastAccessed, file.DateLastAccessed);
+  EXPECT_EQ(details.Attributes, file.Attributes);
+  EXPECT_EQ(ErrorNumber([&] { folder->FileDetails("none"); }), 53);
+  EXPECT_EQ(ErrorNumber([&] { folder->FileDetails("folder"); }), 53);
+  EXPECT_EQ(ErrorNumber([&] { folder->FileDetails(std::string(5000, 'x')); }), 53);
+}
+
+TEST_F(Properties, TheTypeOfAKnownItemIsThatOfItsPath) {
+  for (const char* name : {"a.txt", "b.TXT", "c", "d.unheard-of", ".e", "f.tar.gz", "CMakeLists.txt"}) {
+    mTree.File(name);
+    EXPECT_EQ(mFiles->Type(name, ItemKind::File), mFiles->Type(mTree.Path(name))) << name;
+    EXPECT_EQ(mFiles->Type(name, ItemKind::File), mFiles->Type(mTree.Path(name))) << name;
+  }
+  mTree.Folder("folder.txt");
+  EXPECT_EQ(mFiles->Type("folder.txt", ItemKind::Folder), mFiles->Type(mTree.Path("folder.txt")));
+  EXPECT_NE(mFiles->Type("folder.txt", ItemKind::Folder), mFiles->Type("folder.txt", ItemKind::File));
+}
+
 TEST_F(Properties, ARootHasNoParent) {
   std::string root = mTree.Path();
   for (std::string_view parent = root; !(parent = ParentPath(parent)).empty();) root = parent;
