@@ -8,6 +8,10 @@ using namespace Qt::StringLiterals;
 
 QString ToShownText(std::string_view native) { return QString::fromStdString(ShownText(native)); }
 
+QString ToToolTip(const QString& text) {
+  return u"<span style=\"white-space: pre-wrap\">"_s + text.toHtmlEscaped() + u"</span>"_s;
+}
+
 std::string ToNativePath(const QString& text) { return text.toStdString(); }
 
 QString AsToolTip(const QString& text) {

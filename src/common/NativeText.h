@@ -9,6 +9,9 @@ namespace brackwell {
 /// A native path or name as ShownText has it.
 QString ToShownText(std::string_view native);
 
+/// A text as a tool tip: one that reads like markup would be taken for it.
+QString ToToolTip(const QString& text);
+
 /// The native path that a form's text stands for.
 std::string ToNativePath(const QString& text);
 

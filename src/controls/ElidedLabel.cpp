@@ -37,7 +37,7 @@ bool ElidedLabel::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip || fontMetrics().horizontalAdvance(text()) <= TextArea().width()) {
     return QLabel::event(event);
   }
-  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), AsToolTip(text()), this);
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), ToToolTip(text()), this);
   return true;
 }
 
