@@ -7,30 +7,23 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <QUrl>
 #include <algorithm>
+
+#include "platform/Places.h"
 
 namespace brackwell {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-bool IsForUsers(const QStorageInfo& volume) {
-  const QString root = volume.rootPath();
-  const bool isDrive = root.size() == 3 && root[1] == u':';
-  return volume.isValid() && volume.isReady() &&
-         (isDrive || volume.isRoot() || root.startsWith(u"/media/"_s) || root.startsWith(u"/run/media/"_s) ||
-          root.startsWith(u"/mnt/"_s));
-}
-
-/// What the side bar offers: the user's own folders, then the volumes.
+/// What the side bar offers: the user's own folders, then the volumes. The dialog looks at each of them while
+/// the user waits, so those that may not answer are left out; they can be typed.
 QList<QUrl> Places() {
   QStringList folders{QDir::homePath(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-                      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QDir::rootPath()};
-  const QList<QStorageInfo> volumes = QStorageInfo::mountedVolumes();
-  for (const QStorageInfo& volume : volumes) {
-    if (IsForUsers(volume)) folders << volume.rootPath();
+                      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)};
+  for (const Volume& volume : Volumes()) {
+    if (!volume.MayHang) folders << QDir::fromNativeSeparators(QString::fromStdString(volume.Root));
   }
   folders.removeDuplicates();
   QList<QUrl> places;
