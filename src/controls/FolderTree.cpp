@@ -105,7 +105,7 @@ void FolderTree::Reveal() {
     mListedAnew = false;
     if (!mToGo.empty()) continue;
     Select(child);
-    scrollTo(child);
+    scrollTo(child, PositionAtCenter);
   }
 }
 
@@ -141,6 +141,12 @@ void FolderTree::Stop() {
 void FolderTree::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) Refresh();
+}
+
+/// The column is as wide as its names, and never narrower than the tree.
+void FolderTree::resizeEvent(QResizeEvent* event) {
+  header()->setMinimumSectionSize(viewport()->width());
+  QTreeView::resizeEvent(event);
 }
 
 /// A folder that goes with the selection inside it hands it to its parent; the view's own choice would be

@@ -42,6 +42,7 @@ class FolderTree : public QTreeView {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
