@@ -1,6 +1,7 @@
 #include "shell/ToolTable.h"
 
 #include "compare/frmCompare.h"
+#include "dirdisplay/frmDirDisplay.h"
 #include "drives/frmDrives.h"
 #include "replace/frmReplace.h"
 #include "shell/EmptyToolWindow.h"
@@ -24,7 +25,7 @@ std::vector<Tool> ToolTable() {
        .Create = [](Services& services) -> ToolWindow* { return new frmCompare(services); }},
       {.Key = u"DirDisplay"_s,
        .ToolTip = u"Display and print folder contents"_s,
-       .Create = Empty(u"frmDirDisplay"_s, u"Directory Display"_s)},
+       .Create = [](Services& services) -> ToolWindow* { return new frmDirDisplay(services); }},
       {.Key = u"FontDisplay"_s,
        .ToolTip = u"Sample text in multiple fonts"_s,
        .Create = Empty(u"frmFontDisplay"_s, u"Font Sample"_s),

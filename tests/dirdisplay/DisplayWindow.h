@@ -1,0 +1,143 @@
+#pragma once
+
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QFile>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "common/Settings.h"
+#include "controls/FolderTree.h"
+#include "controls/ListView.h"
+#include "dirdisplay/frmDirDisplay.h"
+#include "shell/frmImages.h"
+#include "support/FailingFileSystem.h"
+#include "support/IsolatedSettings.h"
+#include "support/MessageBoxes.h"
+#include "support/StandInOpener.h"
+#include "support/TempTree.h"
+
+namespace brackwell {
+
+using namespace Qt::StringLiterals;
+
+/// A directory display in a main window's area, its home folder a temporary tree. What it writes goes into a
+/// folder of its own.
+class DisplayWindow {
+ public:
+  explicit DisplayWindow(int failAt = 0, FileError error = FileError::PermissionDenied)
+      : Files(failAt, error) {
+    qputenv("HOME", QByteArray::fromStdString(Tree.Path()));
+    qputenv("TMPDIR", Output.path().toLocal8Bit());
+    Area.resize(1000, 800);
+    Area.show();
+    Form = new frmDirDisplay(Lent);
+    Frame = Area.addSubWindow(Form);
+    Frame->resize(900, 700);
+    Frame->show();
+    for (const char* list : {"lvwFolderInfo", "lvwFileInfo"})
+      new QAbstractItemModelTester(Get<ListView>(list).model(),
+                                   QAbstractItemModelTester::FailureReportingMode::Fatal, Form);
+  }
+  ~DisplayWindow() {
+    qputenv("HOME", mHome);
+    qunsetenv("TMPDIR");
+  }
+  DisplayWindow(const DisplayWindow&) = delete;
+  DisplayWindow& operator=(const DisplayWindow&) = delete;
+
+  template <typename Control>
+  Control& Get(const char* name) {
+    auto* control = Form->findChild<Control*>(QString::fromLatin1(name));
+    if (!control) qFatal("no control %s", name);
+    return *control;
+  }
+
+  void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
+
+  void Choose(const std::string& path) {
+    auto& tree = Get<FolderTree>("FolderTree");
+    tree.SetSelectedFolder(path);
+    QTRY_COMPARE(tree.SelectedFolder(), path);
+  }
+
+  /// Everything that a display needs: the tree's folder, names and nothing else.
+  void ChooseAll(int format) {
+    Choose(Tree.Path());
+    Get<QRadioButton>(qPrintable(u"optFormat(%1)"_s.arg(format))).setChecked(true);
+    Check("lvwFolderInfo", u"Full Name"_s);
+    Check("lvwFileInfo", u"Name"_s);
+  }
+
+  void Check(const char* list, const QString& caption, bool checked = true) {
+    QAbstractItemModel& items = *Get<ListView>(list).model();
+    items.setData(items.index(Row(list, caption), 0), checked ? Qt::Checked : Qt::Unchecked,
+                  Qt::CheckStateRole);
+  }
+
+  int Row(const char* list, const QString& caption) {
+    const QAbstractItemModel& items = *Get<ListView>(list).model();
+    for (int row = 0; row < items.rowCount(); ++row)
+      if (items.index(row, 0).data().toString() == caption) return row;
+    return -1;
+  }
+
+  void ClickItem(const char* list, const QString& caption) {
+    auto& view = Get<ListView>(list);
+    const QModelIndex item = view.model()->index(Row(list, caption), 0);
+    view.scrollTo(item);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(item).center());
+  }
+
+  /// "Name" or, checked, "+Name".
+  QStringList Items(const char* list) {
+    QStringList captions;
+    const QAbstractItemModel& items = *Get<ListView>(list).model();
+    for (int row = 0; row < items.rowCount(); ++row) {
+      const QModelIndex item = items.index(row, 0);
+      captions << (item.data(Qt::CheckStateRole).toInt() == Qt::Checked ? u"+"_s : QString()) +
+                      item.data().toString();
+    }
+    return captions;
+  }
+
+  /// Which of a list's two buttons can be pressed: "up", "down", "up down" or nothing.
+  QString Moves(const char* list) {
+    const QString buttons = u"cmdMove%1(%2)"_s.arg(QString::fromLatin1(list).mid(3));
+    QStringList moves;
+    if (Get<QPushButton>(qPrintable(buttons.arg(0))).isEnabled()) moves << u"up"_s;
+    if (Get<QPushButton>(qPrintable(buttons.arg(1))).isEnabled()) moves << u"down"_s;
+    return moves.join(u' ');
+  }
+
+  QByteArray Written(const char* name) {
+    QFile file(Output.filePath(QString::fromLatin1(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+
+ private:
+  const QByteArray mHome = qgetenv("HOME");
+
+ public:
+  TempTree Tree;
+  QTemporaryDir Output;
+  StandInOpener Opener;
+  FailingFileSystem Files;
+  frmImages Images;
+  QStringList Enabled;
+  Services Lent{.Files = Files, .Images = Images, .tlbMain_ENABLE = [this](const QString& key, bool on) {
+                  Enabled << key + (on ? u"+"_s : u"-"_s);
+                }};
+  MessageBoxes Boxes;
+  QMdiArea Area;
+  QPointer<frmDirDisplay> Form;
+  QPointer<QMdiSubWindow> Frame;
+};
+
+}  // namespace brackwell
