@@ -6,12 +6,15 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -24,7 +27,10 @@
 #include "compare/CompareGrid.h"
 #include "compare/frmCompare.h"
 #include "controls/FlexGrid.h"
+#include "controls/FolderTree.h"
+#include "controls/ListView.h"
 #include "controls/uctSelectDir.h"
+#include "dirdisplay/frmDirDisplay.h"
 #include "replace/frmReplace.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
@@ -91,11 +97,14 @@ class DemoFolders {
 
 class Tour {
  public:
-  Tour(frmMain& main, QString folder) : mMain(main), mFolder(std::move(folder)) {}
+  Tour(frmMain& main, QString folder) : mMain(main), mFolder(std::move(folder)) {
+    qputenv("HOME", mDemo.Path("").toLocal8Bit());  // folder trees begin there, and not with the user's own
+  }
 
   bool Drive() {
     Picture(u"main-window"_s, mMain);
     ShowComparison();
+    ShowDirectoryDisplay();
     ShowReplacing();
     ShowDrives();
     ShowDialogs();
@@ -137,6 +146,33 @@ class Tour {
     auto* selector = form.findChild<uctSelectDir*>(u"uctSelSource"_s);
     selector->SetFolder(mDemo.Path("website"));
     WithDialog(u"select-folder"_s, [&] { selector->findChild<QPushButton*>(u"cmdSelect"_s)->click(); });
+  }
+
+  /// The website's folder in each of the three formats. What they look like stays beside the pictures.
+  void ShowDirectoryDisplay() {
+    Trigger(u"mnuTools_DirDisplay"_s);
+    auto* form = mMain.findChild<frmDirDisplay*>();
+    auto* tree = form->findChild<FolderTree*>(u"FolderTree"_s);
+    const std::string folder(WithoutSeparator(mDemo.Path("website").toStdString()));
+    tree->SetSelectedFolder(folder);
+    QElapsedTimer waiting;
+    for (waiting.start(); tree->SelectedFolder() != folder && waiting.elapsed() < 10000;)
+      QApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    if (tree->SelectedFolder() != folder) return Fail(u"FolderTree"_s);
+    TickRows(*form, u"lvwFolderInfo"_s, {0, 3, 4, 9});
+    TickRows(*form, u"lvwFileInfo"_s, {0, 3, 7, 8});
+    for (const QString& format : {u"optFormat(2)"_s, u"optFormat(0)"_s, u"optFormat(1)"_s}) {
+      form->findChild<QRadioButton*>(format)->click();
+      form->findChild<QPushButton*>(u"cmdDisplay"_s)->click();
+    }
+    Picture(u"directory-display"_s, mMain);
+    for (const QString& name : {u"dir_display.xml"_s, u"dir_display.txt"_s, u"dir_display.html"_s})
+      if (QFileInfo(mFolder + u'/' + name).size() == 0) Fail(name);
+  }
+
+  static void TickRows(const frmDirDisplay& form, const QString& list, const std::vector<int>& rows) {
+    QAbstractItemModel& items = *form.findChild<ListView*>(list)->model();
+    for (const int row : rows) items.setData(items.index(row, 0), Qt::Checked, Qt::CheckStateRole);
   }
 
   void ShowReplacing() {
