@@ -114,9 +114,11 @@ PhraseSearch::Anchor PhraseSearch::ChooseAnchor() const {
   Anchor best;
   for (std::size_t index = 0; index < std::min(mPhrase.size(), FarEnough); ++index) {
     const auto tests = TestsFrom(index);
+    std::vector<double> frequencies;
+    for (const ByteTest& test : tests) frequencies.push_back(test.Frequency());
     for (std::size_t i = 0; i < tests.size(); ++i)
       for (std::size_t j = i + (tests.size() > 1 ? 1 : 0); j < tests.size(); ++j) {
-        const double frequency = tests[i].Frequency() * (i == j ? 1 : tests[j].Frequency());
+        const double frequency = frequencies[i] * (i == j ? 1 : frequencies[j]);
         if (frequency < best.Frequency) best = {index, {tests[i], tests[j]}, frequency};
       }
   }
