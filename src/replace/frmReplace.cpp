@@ -90,6 +90,11 @@ frmReplace::frmReplace(Services& services) : ToolWindow(services) {
   Form_Load();
 }
 
+QSize frmReplace::minimumSizeHint() const {
+  const int width = ToolWindow::minimumSizeHint().width();
+  return {width, layout()->totalMinimumHeightForWidth(width)};
+}
+
 void frmReplace::NewBox(QLabel*& heading, QLineEdit*& box, const QString& name, const QString& caption,
                         const QString& toolTip) {
   heading = Named(new QLabel(caption, this), u"hdg"_s + name, caption);

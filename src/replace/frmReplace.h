@@ -31,6 +31,8 @@ class frmReplace : public ToolWindow {
 
   /// Large enough for all captions, and for some paths.
   QSize sizeHint() const override { return {860, 560}; }
+  /// Has room for captions that take several lines.
+  QSize minimumSizeHint() const override;
 
   /// Shows the list and what was searched for as a page in the user's browser, to be printed there. Raises
   /// what the temporary folder refuses.

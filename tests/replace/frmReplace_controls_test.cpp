@@ -239,6 +239,16 @@ class frmReplaceControlsTest : public QObject {
     QVERIFY(list.columnWidth(1) >= list.fontMetrics().horizontalAdvance(u"123456 matches replaced"_s));
   }
 
+  void AtItsSmallestEveryBoxKeepsItsHeight() {
+    ReplaceWindow window;
+    window.Frame->resize(window.Frame->minimumSizeHint());
+    QTest::qWait(1);
+    for (const char* name : {"txtExtensions", "txtExclude", "txtFind", "txtReplace"}) {
+      const auto& box = window.Get<QLineEdit>(name);
+      QVERIFY(box.height() >= box.sizeHint().height());
+    }
+  }
+
   void ALongPathIsShortenedInItsMiddle() {
     ReplaceWindow window;
     QCOMPARE(window.Get<ListView>("lvwResults").textElideMode(), Qt::ElideMiddle);
