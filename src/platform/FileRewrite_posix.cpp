@@ -62,7 +62,6 @@ class FileRewriter final : public TextWriter {
   void Write(std::string_view bytes) override { WriteAll(mNew.File(), bytes, mPath); }
 
   void Close() override {
-    CheckUnchanged();
     if (!TryToReplace()) Overwrite();
   }
 
@@ -83,6 +82,7 @@ class FileRewriter final : public TextWriter {
   bool TryToReplace() {
     if (!MayReplace() || !CopyProperties(mOld, mOpened, mNew.File())) return false;
     if (!RenameKeepsOrder(mNew.File()) && fdatasync(mNew.Descriptor()) != 0) Raise(errno, mPath);
+    CheckUnchanged();  // as late as can be: what is added from here on is lost
     try {
       mNew.Commit(true);
       return true;
