@@ -46,9 +46,10 @@ bool RenameKeepsOrder(const Handle& file) {
 
 class FileRewriter final : public TextWriter {
  public:
-  FileRewriter(const Handle& file, const struct stat& opened, std::string path)
+  FileRewriter(const Handle& file, const struct stat& opened, std::string path, Tick tick)
       : mOpened(opened),
         mPath(std::move(path)),
+        mTick(std::move(tick)),
         mName(FileName(mPath)),
         mOld(fcntl(file.Get(), F_DUPFD_CLOEXEC, 0)),
         mFolder(OpenParent(mPath)),
@@ -97,7 +98,7 @@ class FileRewriter final : public TextWriter {
     const off_t size = SaveOldContent();
     const Handle target = OpenToWrite();
     CheckUnchanged();
-    if (const int error = CopyInPlace(mNew.File(), size, target, mOpened)) Raise(error, mPath);
+    if (const int error = CopyInPlace(mNew.File(), size, target, mOpened, mTick)) Raise(error, mPath);
   }
 
   /// Behind the new content, whose size it gives.
@@ -105,7 +106,8 @@ class FileRewriter final : public TextWriter {
     struct stat made {};
     if (fstat(mNew.Descriptor(), &made) != 0) Raise(errno, mPath);
     off_t done = 0;
-    if (const int error = CopyBytes(mOld.Get(), 0, mNew.Descriptor(), made.st_size, mOpened.st_size, done))
+    if (const int error =
+            CopyBytes(mOld.Get(), 0, mNew.Descriptor(), made.st_size, mOpened.st_size, done, mTick))
       Raise(error, mPath);
     return made.st_size;
   }
@@ -120,6 +122,7 @@ class FileRewriter final : public TextWriter {
 
   const struct stat mOpened;
   const std::string mPath;
+  const Tick mTick;
   const std::string mName;
   const Handle mOld;
   const Handle mFolder;
@@ -130,10 +133,10 @@ class FileRewriter final : public TextWriter {
 }  // namespace
 
 std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened,
-                                        const std::string& path) {
+                                        const std::string& path, Tick tick) {
   std::string target = FindTarget(path).Path;
   CheckReplaceable(opened, target);
-  return std::make_unique<FileRewriter>(file, opened, std::move(target));
+  return std::make_unique<FileRewriter>(file, opened, std::move(target), std::move(tick));
 }
 
 }  // namespace brackwell::posix

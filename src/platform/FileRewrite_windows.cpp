@@ -114,8 +114,9 @@ Handle OpenToWrite(const std::string& path) {
 
 class FileRewriter final : public TextWriter {
  public:
-  FileRewriter(std::shared_ptr<Handle> file, const BY_HANDLE_FILE_INFORMATION& opened, std::string path)
-      : mOld(std::move(file)), mOpened(opened), mPath(std::move(path)) {
+  FileRewriter(std::shared_ptr<Handle> file, const BY_HANDLE_FILE_INFORMATION& opened, std::string path,
+               Tick tick)
+      : mOld(std::move(file)), mOpened(opened), mPath(std::move(path)), mTick(std::move(tick)) {
     CheckUnchanged(OpenToWrite(mPath));
     mNew = MakePending(mPath, mLiesBeside);
     mNew->SetProperties(PropertiesFor(mOpened));
@@ -158,14 +159,15 @@ class FileRewriter final : public TextWriter {
     const auto newSize = static_cast<std::uint64_t>(size.QuadPart);
     std::uint64_t done = 0;
     // The old content goes behind the new.
-    DWORD error = CopyBytes(target, 0, mNew->File(), newSize, SizeOf(mOpened), done);
-    if (error == ERROR_SUCCESS) error = CopyInPlace(mNew->File(), newSize, target, SizeOf(mOpened));
+    DWORD error = CopyBytes(target, 0, mNew->File(), newSize, SizeOf(mOpened), done, mTick);
+    if (error == ERROR_SUCCESS) error = CopyInPlace(mNew->File(), newSize, target, SizeOf(mOpened), mTick);
     if (error != ERROR_SUCCESS) Raise(error, mPath);
   }
 
   const std::shared_ptr<Handle> mOld;
   const BY_HANDLE_FILE_INFORMATION mOpened;
   const std::string mPath;
+  const Tick mTick;
   std::unique_ptr<PendingFile> mNew;
   bool mLiesBeside = false;  // else in the folder for temporary files
 };
@@ -173,11 +175,12 @@ class FileRewriter final : public TextWriter {
 }  // namespace
 
 std::unique_ptr<TextWriter> RewriteFile(std::shared_ptr<Handle> file,
-                                        const BY_HANDLE_FILE_INFORMATION& opened, const std::string& path) {
+                                        const BY_HANDLE_FILE_INFORMATION& opened, const std::string& path,
+                                        Tick tick) {
   if ((opened.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0)
     throw FileSystemError(FileError::PermissionDenied, path);
   std::string target = TargetOf(*file, path);
-  return std::make_unique<FileRewriter>(std::move(file), opened, std::move(target));
+  return std::make_unique<FileRewriter>(std::move(file), opened, std::move(target), std::move(tick));
 }
 
 }  // namespace brackwell::win32

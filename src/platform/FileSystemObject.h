@@ -22,10 +22,6 @@ namespace brackwell {
 /// Whole seconds since 1970-01-01 UTC, rounded down: the precision in which dates are compared.
 using DateTime = std::chrono::sys_seconds;
 
-/// Called often, at least every few milliseconds, during calls that can take long. May throw to end the call,
-/// which then leaves no trace of what was under way.
-using Tick = std::function<void()>;
-
 /// Bits of ItemProperties::Attributes.
 namespace Attribute {
 inline constexpr unsigned ReadOnly = 1;  // on POSIX: no write bit set, whoever asks

@@ -1,6 +1,7 @@
 #include "platform/InPlaceCopy_posix.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -92,8 +93,20 @@ struct Work {
   _exit(0);
 }
 
+/// The process number of the child, which calls `job`; negative, with errno set, where there is none.
+template <typename Job>
+pid_t Fork(Job job) {
+  const SignalsHeldBack signals;
+  const pid_t child = fork();
+  if (child == 0) job();
+  return child;
+}
+
 /// Nothing comes where the process was ended before it could report.
-int ReadReport(const Handle& report) {
+int ReadReport(const Handle& report, const Tick& tick) {
+  constexpr int Pause = 10;  // milliseconds
+  pollfd waiting{.fd = report.Get(), .events = POLLIN, .revents = 0};
+  while (tick && poll(&waiting, 1, Pause) == 0) tick();
   for (;;) {
     int error = 0;
     const auto length = read(report.Get(), &error, sizeof error);
@@ -104,7 +117,7 @@ int ReadReport(const Handle& report) {
 
 }  // namespace
 
-int CopyBytes(int from, off_t fromAt, int to, off_t toAt, off_t length, off_t& done) {
+int CopyBytes(int from, off_t fromAt, int to, off_t toAt, off_t length, off_t& done, const Tick& tick) {
   char buffer[BufferSize];
   for (done = 0; done < length;) {
     const auto wanted = static_cast<std::size_t>(std::min<off_t>(length - done, BufferSize));
@@ -114,22 +127,22 @@ int CopyBytes(int from, off_t fromAt, int to, off_t toAt, off_t length, off_t& d
     if (got == 0) return ENODATA;
     if (const int error = WriteBytes(to, toAt + done, buffer, static_cast<std::size_t>(got), done))
       return error;
+    if (tick) tick();
   }
   return 0;
 }
 
-int CopyInPlace(const Handle& source, off_t size, const Handle& target, const struct stat& old) {
+int CopyInPlace(const Handle& source, off_t size, const Handle& target, const struct stat& old,
+                const Tick& tick) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
   const Handle report(ends[0]);
   Handle reporter(ends[1]);
   const Work work{.Source = source.Get(), .Target = target.Get(), .Size = size, .Old = old};
-  const SignalsHeldBack signals;
-  const pid_t child = fork();
+  const pid_t child = Fork([&] { RunAlone(work, reporter.Get()); });
   if (child < 0) return errno;
-  if (child == 0) RunAlone(work, reporter.Get());
   reporter.Close();
-  const int error = ReadReport(report);
+  const int error = ReadReport(report, tick);
   while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) continue;
   return error;
 }

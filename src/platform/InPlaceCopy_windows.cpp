@@ -26,7 +26,7 @@ DWORD SetSize(const Handle& file, std::uint64_t size) {
 }  // namespace
 
 DWORD CopyBytes(const Handle& from, std::uint64_t fromAt, const Handle& to, std::uint64_t toAt,
-                std::uint64_t length, std::uint64_t& done) {
+                std::uint64_t length, std::uint64_t& done, const Tick& tick) {
   const auto buffer = std::make_unique<std::byte[]>(BufferSize);
   for (done = 0; done < length;) {
     const auto wanted = static_cast<DWORD>(std::min<std::uint64_t>(length - done, BufferSize));
@@ -39,15 +39,17 @@ DWORD CopyBytes(const Handle& from, std::uint64_t fromAt, const Handle& to, std:
     if (!WriteFile(to.Get(), buffer.get(), got, &written, &target)) return GetLastError();
     done += written;
     if (written != got) return ERROR_DISK_FULL;
+    if (tick) tick();
   }
   return ERROR_SUCCESS;
 }
 
-DWORD CopyInPlace(const Handle& source, std::uint64_t size, const Handle& target, std::uint64_t oldSize) {
+DWORD CopyInPlace(const Handle& source, std::uint64_t size, const Handle& target, std::uint64_t oldSize,
+                  const Tick& tick) {
   std::uint64_t done = 0;
   // Reserves the room, so that a full disk is found before a byte is overwritten.
   DWORD error = size > oldSize ? SetSize(target, size) : ERROR_SUCCESS;
-  if (error == ERROR_SUCCESS) error = CopyBytes(source, 0, target, 0, size, done);
+  if (error == ERROR_SUCCESS) error = CopyBytes(source, 0, target, 0, size, done, tick);
   if (error == ERROR_SUCCESS) error = SetSize(target, size);
   if (error == ERROR_SUCCESS) return error;
   std::uint64_t restored = 0;

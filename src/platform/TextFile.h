@@ -2,11 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace brackwell {
+
+/// Called often, at least every few milliseconds, during calls that can take long. May throw to end the call,
+/// which then leaves no trace of what was under way.
+using Tick = std::function<void()>;
 
 class TextWriter;
 
@@ -37,7 +42,8 @@ class TextReader {
   /// it stay as they are; it counts as modified now. Close ends the reading, too. Any error leaves the file
   /// as it was. Raises PermissionDenied (read-only, also for an administrator; not to be written by this
   /// user); Close raises PathFileAccess where the file has changed since it was opened, DiskFull, ...
-  virtual std::unique_ptr<TextWriter> Rewrite() = 0;
+  /// Close calls `tick`, which must not throw here, while it copies into the file that is there.
+  virtual std::unique_ptr<TextWriter> Rewrite(Tick tick = {}) = 0;
 };
 
 /// Writes a file that appears under its name only when it is closed. One that is dropped without Close,

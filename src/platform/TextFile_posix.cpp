@@ -57,9 +57,9 @@ class FileReader final : public TextReader {
     mAt = 0;
   }
 
-  std::unique_ptr<TextWriter> Rewrite() override {
+  std::unique_ptr<TextWriter> Rewrite(Tick tick) override {
     Open();
-    return RewriteFile(mFile, mOpened, mPath);
+    return RewriteFile(mFile, mOpened, mPath, std::move(tick));
   }
 
  private:

@@ -43,7 +43,9 @@ class FileReader final : public TextReader {
     mAt = 0;
   }
 
-  std::unique_ptr<TextWriter> Rewrite() override { return RewriteFile(mFile, mOpened, mPath); }
+  std::unique_ptr<TextWriter> Rewrite(Tick tick) override {
+    return RewriteFile(mFile, mOpened, mPath, std::move(tick));
+  }
 
  private:
   const std::shared_ptr<Handle> mFile;  // the writer closes it: an open file cannot be replaced

@@ -73,8 +73,9 @@ void FilePieces::Fill() {
 /// Large writes, whatever comes in.
 class FileReplacer::Output {
  public:
-  Output(TextReader& file, std::string& pending)
-      : mWriter(Writing([&] { return file.Rewrite(); })), mPending(pending) {
+  Output(TextReader& file, std::string& pending, Progress& progress)
+      : mWriter(Writing([&] { return file.Rewrite([&progress] { progress.DoEvents(); }); })),
+        mPending(pending) {
     mPending.clear();
   }
 
@@ -131,7 +132,7 @@ std::optional<ReplaceProblem> FileReplacer::ReplaceText() try {
   const TextEncoding encoding = mEncoding.value_or(TextEncoding::Utf8);
   const auto replacement = mReplace ? Encode(*mReplace, encoding) : std::nullopt;
   if (!replacement) return ReplaceProblem::CannotEncode;
-  Output output(*mFile, mPending);
+  Output output(*mFile, mPending, mProgress);
   ReplaceText(SearchIn(encoding), *replacement, output);
   output.Close();
   return std::nullopt;

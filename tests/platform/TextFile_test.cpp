@@ -167,6 +167,18 @@ TEST_F(Rewriting, DoesNotBringBackAFileThatWasRemoved) {
   EXPECT_FALSE(mTree.Exists("file"));
 }
 
+TEST_F(Rewriting, TicksWhileAFileOfSeveralNamesIsCopied) {
+  const std::string content(4 << 20, 'n');
+  mTree.File("one", std::string(4 << 20, 'o'));
+  std::filesystem::create_hard_link(mTree.Path("one"), mTree.Path("two"));
+  int ticks = 0;
+  const auto writer = Open("one")->Rewrite([&ticks] { ++ticks; });
+  writer->Write(content);
+  writer->Close();
+  EXPECT_GE(ticks, 16);
+  EXPECT_TRUE(mTree.Read("two") == content);
+}
+
 TEST_F(Rewriting, KeepsAllNamesOfAFile) {
   for (const std::string& content :
        {std::string("longer than the old one"), std::string("s"), std::string()}) {

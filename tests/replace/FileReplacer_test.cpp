@@ -150,7 +150,7 @@ TEST(FileReplacer, LeavesOutWhatAFileHasLostMeanwhile) {
     }
     std::string ReadAll() override { return {}; }
     void Rewind() override {}
-    std::unique_ptr<TextWriter> Rewrite() override { return nullptr; }
+    std::unique_ptr<TextWriter> Rewrite(Tick /*tick*/) override { return nullptr; }
 
    private:
     std::string mText = "xx";

@@ -21,7 +21,7 @@ class MemoryFile final : public TextReader {
   }
   std::string ReadAll() override { return Content.substr(mAt); }
   void Rewind() override { mAt = 0; }
-  std::unique_ptr<TextWriter> Rewrite() override { return std::make_unique<Writer>(*this); }
+  std::unique_ptr<TextWriter> Rewrite(Tick /*tick*/) override { return std::make_unique<Writer>(*this); }
 
   std::string Content;
 

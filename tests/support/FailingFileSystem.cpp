@@ -72,9 +72,9 @@ class FailingReader final : public TextReader {
     mCount();
     mReal->Rewind();
   }
-  std::unique_ptr<TextWriter> Rewrite() override {
+  std::unique_ptr<TextWriter> Rewrite(Tick tick) override {
     mCount();
-    return std::make_unique<FailingWriter>(mCount, mReal->Rewrite());
+    return std::make_unique<FailingWriter>(mCount, mReal->Rewrite(std::move(tick)));
   }
 
  private:
