@@ -90,17 +90,16 @@ class DocumentSaver {
     xmlSaveDoc(context, document);
     xmlSaveClose(context);
     if (mError) std::rethrow_exception(mError);
+    mFile.Write(mPiece);
   }
 
  private:
-  /// The library must not be left by an exception.
+  /// The library must not be left by an exception. It comes with a few thousand bytes at a time.
   static int Write(void* saver, const char* bytes, int length) {
     auto& self = *static_cast<DocumentSaver*>(saver);
     if (self.mError) return -1;
     try {
-      self.mFile.Write({bytes, static_cast<std::size_t>(length)});
-      self.mProgress.DoEvents();
-      if (self.mProgress.Stopped()) throw StoppedByUser{};
+      self.Add({bytes, static_cast<std::size_t>(length)});
       return length;
     } catch (...) {
       self.mError = std::current_exception();
@@ -108,8 +107,19 @@ class DocumentSaver {
     }
   }
 
+  void Add(std::string_view bytes) {
+    constexpr std::size_t PieceSize = 256 * 1024;
+    mPiece += bytes;
+    mProgress.DoEvents();
+    if (mProgress.Stopped()) throw StoppedByUser{};
+    if (mPiece.size() < PieceSize) return;
+    mFile.Write(mPiece);
+    mPiece.clear();
+  }
+
   TextWriter& mFile;
   Progress& mProgress;
+  std::string mPiece;
   std::exception_ptr mError;
 };
 

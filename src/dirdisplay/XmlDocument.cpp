@@ -46,10 +46,11 @@ xmlNode* XmlDocument::AddElement(xmlNode* parent, xmlNode* before, const xmlChar
 
 xmlNode* XmlDocument::AddAttribute(xmlNode* owner, const xmlChar* name) {
   auto* const attribute = NewNode<xmlAttr>(XML_ATTRIBUTE_NODE, name, owner);
-  xmlAttr* last = owner->properties;
+  xmlAttr* last = mLastAttribute && mLastAttribute->parent == owner ? mLastAttribute : owner->properties;
   while (last && last->next) last = last->next;
   attribute->prev = last;
   (last ? last->next : owner->properties) = attribute;
+  mLastAttribute = attribute;
   return AddText(reinterpret_cast<xmlNode*>(attribute));
 }
 
@@ -68,7 +69,7 @@ void XmlDocument::SetText(xmlNode* text, std::string_view value) {
 
 void* XmlDocument::Take(std::size_t size) {
   constexpr std::size_t BlockSize = 1 << 20;
-  constexpr std::size_t Alignment = alignof(std::max_align_t);
+  constexpr std::size_t Alignment = alignof(xmlNode);
   size = (size + Alignment - 1) / Alignment * Alignment;
   if (size > mLeft) {
     mLeft = std::max(size, BlockSize);

@@ -61,6 +61,7 @@ class XmlDocument {
   std::vector<std::unique_ptr<std::byte[]>> mBlocks;
   std::byte* mFree = nullptr;
   std::size_t mLeft = 0;
+  xmlAttr* mLastAttribute = nullptr;
 };
 
 /// Makes a native text one that every document can hold: what is no valid text, or no character of XML,
