@@ -85,6 +85,11 @@ class Folder {
   /// Reads what there is to know of a member that is a file. Raises FileNotFound where there is none (any
   /// more), PermissionDenied where that may not be known.
   virtual ItemDetails FileDetails(std::string_view name) const = 0;
+
+  /// Gives a member another name in the same folder and never overwrites: raises FileAlreadyExists where the
+  /// name is taken, in whatever case. A member's own name may change its case. Raises PathFileAccess for what
+  /// is no IsFileName, FileNotFound, ... The lists stay as they were read.
+  virtual void Rename(const std::string& name, const std::string& newName) = 0;
 };
 
 /// Tells two folders apart whatever paths lead to them.

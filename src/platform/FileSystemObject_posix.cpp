@@ -144,16 +144,12 @@ class PosixFileSystem final : public FileSystemObject {
     if (!FileExists(source)) throw FileSystemError(FileError::FileNotFound, source);
     const Location from(source);
     const Location to(target);
-    if (renameat2(from.Folder(), from.Name(), to.Folder(), to.Name(), RENAME_NOREPLACE) == 0) return;
-    if (errno == EINVAL) {  // not known to this file system
-      if (linkat(from.Folder(), from.Name(), to.Folder(), to.Name(), 0) != 0) Raise(errno, target);
-    } else if (errno == EXDEV) {
-      CopyFile(source, target, false, {});
-    } else {
-      Raise(errno, target);
-    }
+    int error = posix::RenameWithoutReplacing(from.Folder(), from.Name(), to.Folder(), to.Name());
+    if (error == 0) return;
+    if (error != EXDEV) Raise(error, target);
+    CopyFile(source, target, false, {});
     if (unlinkat(from.Folder(), from.Name(), 0) == 0) return;
-    const int error = errno;
+    error = errno;
     unlinkat(to.Folder(), to.Name(), 0);  // a file that stays is not moved
     Raise(error, source);
   }

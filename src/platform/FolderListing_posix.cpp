@@ -6,8 +6,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 
 #include "platform/MemberList.h"
+#include "platform/NameCounts.h"
 #include "platform/Posix.h"
 
 namespace brackwell::posix {
@@ -96,22 +98,65 @@ class Listing final : public Folder {
     return details;
   }
 
+  void Rename(const std::string& name, const std::string& newName) override {
+    if (!IsFileName(newName)) throw FileSystemError(FileError::PathFileAccess, JoinPath(mPath, newName));
+    if (name == newName) return;
+    NameCounts& names = Names();
+    const NameCounts::Key own = NameCounts::KeyOf(name);
+    const NameCounts::Key wanted = NameCounts::KeyOf(newName);
+    const bool changesCase = own == wanted;
+    if (names.Count(wanted) > (changesCase ? 1 : 0))
+      throw FileSystemError(FileError::FileAlreadyExists, JoinPath(mPath, newName));
+    const int error = RenameMember(name, newName, changesCase);
+    if (error != 0) Raise(error, JoinPath(mPath, newName), FileError::FileNotFound);
+    names.Remove(own);
+    names.Add(wanted);
+  }
+
  private:
   struct Terminated {
     explicit Terminated(std::string_view name) { Text[name.copy(Text, NAME_MAX)] = '\0'; }
     char Text[NAME_MAX + 1];
   };
 
+  /// Counted once; the renames keep it up to date.
+  NameCounts& Names() {
+    if (!mNames) {
+      NameCounts names;
+      ReadNames([&](const dirent64& entry) { names.Add(NameCounts::KeyOf(entry.d_name)); });
+      mNames = std::move(names);
+    }
+    return *mNames;
+  }
+
+  /// Gives errno, or 0.
+  int RenameMember(const std::string& name, const std::string& newName, bool changesCase) const {
+    const int folder = mHandle.Get();
+    const int error = RenameWithoutReplacing(folder, name.c_str(), folder, newName.c_str());
+    if (error != EEXIST || !changesCase || !IsSameFile(name, newName)) return error;
+    // To a file system that ignores case the new name is there already. Replaced is nothing but the old one.
+    return renameat(folder, name.c_str(), folder, newName.c_str()) == 0 ? 0 : errno;
+  }
+
+  bool IsSameFile(const std::string& name, const std::string& newName) const {
+    struct stat a {};
+    struct stat b {};
+    return fstatat(mHandle.Get(), name.c_str(), &a, AT_SYMLINK_NOFOLLOW) == 0 &&
+           fstatat(mHandle.Get(), newName.c_str(), &b, AT_SYMLINK_NOFOLLOW) == 0 && a.st_dev == b.st_dev &&
+           a.st_ino == b.st_ino;
+  }
+
   void ReadMembers() {
     if (mRead) return;
-    if (!mReadable) throw FileSystemError(FileError::PermissionDenied, mPath);
     mMembers.Clear();
-    ReadNames();
+    ReadNames([this](const dirent64& entry) { Gather(entry); });
     mMembers.Order();
     mRead = true;
   }
 
-  void ReadNames() {
+  template <typename Visit>
+  void ReadNames(Visit visit) const {
+    if (!mReadable) throw FileSystemError(FileError::PermissionDenied, mPath);
     alignas(dirent64) static thread_local char buffer[64 * 1024];
     if (lseek(mHandle.Get(), 0, SEEK_SET) != 0) Raise(errno, mPath);
     for (;;) {
@@ -121,7 +166,7 @@ class Listing final : public Folder {
       for (long at = 0; at < length;) {
         const auto* entry = reinterpret_cast<const dirent64*>(buffer + at);
         at += entry->d_reclen;
-        if (!IsDotName(entry->d_name)) Gather(*entry);
+        if (!IsDotName(entry->d_name)) visit(*entry);
       }
     }
   }
@@ -143,6 +188,7 @@ class Listing final : public Folder {
   const bool mReadable;
   MemberList mMembers;
   bool mRead = false;
+  std::optional<NameCounts> mNames;  // once something has been renamed
 };
 
 }  // namespace

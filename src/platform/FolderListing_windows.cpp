@@ -121,6 +121,15 @@ class Listing final : public Folder {
     return DetailsOf(found);
   }
 
+  /// The file system itself takes names that differ in case only for the same.
+  void Rename(const std::string& name, const std::string& newName) override {
+    const std::string target = JoinPath(mPath, newName);
+    if (!IsFileName(newName)) throw FileSystemError(FileError::PathFileAccess, target);
+    if (name == newName) return;
+    if (!MoveFileExW(NativePath(JoinPath(mPath, name)).c_str(), NativePath(target).c_str(), 0))
+      Raise(GetLastError(), target, FileError::FileNotFound);
+  }
+
  private:
   void ReadMembers() {
     if (mRead) return;

@@ -1,5 +1,9 @@
 #include "platform/Paths.h"
 
+#include <algorithm>
+
+#include "platform/CaseRules.h"
+
 namespace brackwell {
 namespace {
 
@@ -28,6 +32,35 @@ std::size_t LastElement(std::string_view path) {
   std::size_t at = path.size();
   while (at > root && !IsSeparator(path[at - 1])) --at;
   return at;
+}
+
+constexpr bool MayStandInNames(char c) {
+  switch (c) {
+    case '"':
+    case '*':
+    case '/':
+    case ':':
+    case '<':
+    case '>':
+    case '?':
+    case '\\':
+    case '|':
+      return false;
+    default:
+      return static_cast<unsigned char>(c) >= ' ';
+  }
+}
+
+/// "nul.txt" is the device as well.
+bool IsDevice(std::string_view name) {
+  std::string_view stem = name.substr(0, name.find('.'));
+  while (stem.ends_with(' ')) stem.remove_suffix(1);
+  const auto is = [](std::string_view text, std::string_view device) {
+    return CompareIgnoreCase(text, device) == 0;
+  };
+  if (stem.size() == 4 && stem[3] >= '1' && stem[3] <= '9')
+    return is(stem.substr(0, 3), "COM") || is(stem.substr(0, 3), "LPT");
+  return is(stem, "CON") || is(stem, "PRN") || is(stem, "AUX") || is(stem, "NUL");
 }
 
 }  // namespace
@@ -64,6 +97,11 @@ std::string_view ParentPath(std::string_view path) {
   path = WithoutSeparator(path);
   if (path.size() == RootLength(path)) return {};
   return WithoutSeparator(path.substr(0, LastElement(path)));
+}
+
+bool IsFileName(std::string_view name) {
+  const bool endsWell = !name.empty() && name.back() != '.' && name.back() != ' ';
+  return endsWell && std::ranges::all_of(name, MayStandInNames) && !IsDevice(name);
 }
 
 }  // namespace brackwell

@@ -30,4 +30,8 @@ std::string_view FileName(std::string_view path);
 /// The path of the folder that holds `path`; empty for a root or a bare name.
 std::string_view ParentPath(std::string_view path);
 
+/// Whether a file can have this name on every system, so that a name is never taken for a path, a stream or a
+/// device, nor changed on its way to the disk. It may still be too long.
+bool IsFileName(std::string_view name);
+
 }  // namespace brackwell

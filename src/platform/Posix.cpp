@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <utility>
 
 #include "platform/Paths.h"
@@ -96,6 +97,17 @@ void CheckReplaceable(const struct stat& existing, const std::string& path) {
   if ((existing.st_mode & 0222) == 0) throw FileSystemError(FileError::PermissionDenied, path);
   const Location location(path);
   if (faccessat(location.Folder(), location.Name(), W_OK, AT_EACCESS) != 0) Raise(errno, path);
+}
+
+int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to) {
+  if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL) return errno;
+  // Not known to this file system. A second name refuses an existing target as well.
+  if (linkat(fromFolder, from, toFolder, to, 0) != 0) return errno;
+  if (unlinkat(fromFolder, from, 0) == 0) return 0;
+  const int error = errno;
+  unlinkat(toFolder, to, 0);  // what keeps its old name gets no new one
+  return error;
 }
 
 Handle OpenFolder(const std::string& path) {

@@ -53,6 +53,10 @@ FileError ErrorOf(int code, FileError missing = FileError::PathNotFound);
 /// somebody wants the file kept.
 void CheckReplaceable(const struct stat& existing, const std::string& path);
 
+/// Renames what is no folder and never overwrites; gives errno, or 0 once it is done. EXDEV where the two are
+/// on different volumes.
+int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to);
+
 /// Opens a folder to look members up in it; raises.
 Handle OpenFolder(const std::string& path);
 /// The same for the folder that holds, or will hold, `path`.

@@ -42,6 +42,18 @@ TEST(Paths, GiveTheLastElementAndWhatHoldsIt) {
   EXPECT_EQ(ParentPath("bare"), "");
 }
 
+TEST(Paths, AFileNameIsOneOnEverySystem) {
+  for (const char* name : {"a", "a.jpg", ".profile", "a b", " a", "...a", "Ärger", "\xff", "a'b", "a;b",
+                           "com", "com0.jpg", "com10.jpg", "comet1.jpg", "null.jpg", "a.nul", "-"})
+    EXPECT_TRUE(IsFileName(name)) << name;
+  for (const char* name :
+       {"",     ".",    "..",  "...",     "a.",  "a ",      " ",      "a/b",  "/a",       "a/",
+        "../a", "a\\b", "a:b", "C:",      "a*",  "a?",      "a\"",    "<a",   "a>",       "a|b",
+        "a\nb", "\x1f", "nul", "NUL.txt", "Con", "prn.jpg", "aux .c", "COM1", "com1.JPG", "lpt9.a.b"})
+    EXPECT_FALSE(IsFileName(name)) << name;
+  EXPECT_FALSE(IsFileName(std::string_view("a\0b", 3)));
+}
+
 #ifdef _WIN32
 TEST(Paths, KnowDrivesAndShares) {
   EXPECT_EQ(ParentPath("\\\\server\\share\\a"), "\\\\server\\share\\");

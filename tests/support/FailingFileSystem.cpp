@@ -28,6 +28,10 @@ class FailingFolder final : public Folder {
     mOwner.Count(JoinPath(Path(), name));
     return mReal->FileDetails(name);
   }
+  void Rename(const std::string& name, const std::string& newName) override {
+    mOwner.Count(JoinPath(Path(), newName));
+    mReal->Rename(name, newName);
+  }
 
  private:
   const FailingFileSystem& mOwner;
