@@ -3,6 +3,7 @@
 #include "compare/frmCompare.h"
 #include "dirdisplay/frmDirDisplay.h"
 #include "drives/frmDrives.h"
+#include "rename/frmRename.h"
 #include "replace/frmReplace.h"
 #include "shell/EmptyToolWindow.h"
 
@@ -37,7 +38,7 @@ std::vector<Tool> ToolTable() {
        .HeedsChildMaximized = true},
       {.Key = u"RenImages"_s,
        .ToolTip = u"Rename image files"_s,
-       .Create = Empty(u"frmRename"_s, u"Rename Image Files"_s),
+       .Create = [](Services& services) -> ToolWindow* { return new frmRename(services); },
        .HeedsChildMaximized = true},
       {.Key = u"Drive"_s,
        .ToolTip = u"Display disk drive information"_s,

@@ -37,7 +37,9 @@ frmImages::frmImages()
                         u"ArrowRedDbl"_s, u"ArrowYellowDbl"_s, u"ArrowRedL"_s, u"ArrowRedR"_s, u"Checkmark"_s,
                         u"CheckAll"_s, u"UncheckAll"_s})),
       imgCheckOFF(LoadPicture(u"CheckOff"_s)),
-      imgCheckON(LoadPicture(u"CheckOn"_s)) {
+      imgCheckON(LoadPicture(u"CheckOn"_s)),
+      imgMoveUp(LoadPicture(u"MoveUp"_s)),
+      imgMoveDown(LoadPicture(u"MoveDown"_s)) {
   setObjectName(u"frmImages"_s);
   setWindowTitle(u"Images"_s);
 }

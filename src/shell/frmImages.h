@@ -36,6 +36,8 @@ class frmImages : public QWidget {
   const std::vector<ListImage> imlIcons16;
   const QIcon imgCheckOFF;
   const QIcon imgCheckON;
+  const QIcon imgMoveUp;
+  const QIcon imgMoveDown;
 
   /// For any window to borrow.
   brackwell::BrowseFF BrowseFF;

@@ -33,7 +33,7 @@ void frmImagesTest::TheKeysInTheirOrder() {
 
 void frmImagesTest::EveryPictureIsDrawnForEverySize() {
   const frmImages images;
-  QList<QIcon> pictures = {images.imgCheckOFF, images.imgCheckON};
+  QList<QIcon> pictures = {images.imgCheckOFF, images.imgCheckON, images.imgMoveUp, images.imgMoveDown};
   for (const frmImages::ListImage& image : images.imlIcons16) pictures.append(image.Picture);
   for (const QIcon& picture : pictures) {
     QStringList sizes;

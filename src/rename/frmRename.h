@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+
+#include "common/ToolWindow.h"
+#include "rename/FolderFiles.h"
+#include "rename/RenameEngine.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QLayout;
+class QLineEdit;
+class QPushButton;
+
+namespace brackwell {
+
+class FolderTree;
+class ListView;
+class RenameList;
+class StatusBar;
+
+/// The window of the image renamer: choose a folder and extensions, order and tick, preview the names,
+/// rename.
+class frmRename : public ToolWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmRename(Services& services);
+
+  QSize sizeHint() const override { return {960, 640}; }
+
+  /// The items behind lvwFiles.
+  RenameList& List() const { return *mList; }
+
+ protected:
+  void Form_Unload() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  static constexpr int ExtensionCount = 20;
+
+  void BuildExtensions();
+  QLayout* BuildFiles();
+  QPushButton* PictureButton(const QString& name, const QIcon& picture, const QString& toolTip);
+  QLayout* BuildNaming();
+  QLayout* BuildButtons();
+  void ConnectHandlers();
+
+  void Form_Load();
+  void Form_Resize();
+
+  void FolderTree_Change();
+  void chkExtension_Click(int index);
+  void txtOtherExtension_KeyUp(int index);
+  void lvwFiles_ItemClick(int row);
+  void cmdCheck_Click(int index);
+  void cmdMoveItem_Click(int index);
+  void cmdSetNames_Click();
+  void cmdRename_Click();
+
+  void LoadFileList();
+  ExtensionFilter ReadFilter() const;
+  void AssignNewNames();
+  void RenameFiles();
+  /// All but what ends a run.
+  void EnableControls(bool enabled);
+  void Warn(const QString& text);
+
+  FolderTree* mFolderTree;
+  QGroupBox* fraExtension;
+  std::array<QCheckBox*, ExtensionCount> chkExtension;
+  QLabel* hdgOtherExtension;
+  std::array<QLineEdit*, 2> txtOtherExtension;
+  QLabel* hdgFiles;
+  ListView* lvwFiles;
+  std::array<QPushButton*, 2> cmdCheck;
+  std::array<QPushButton*, 2> cmdMoveItem;
+  QLabel* hdgPrefix;
+  QLineEdit* txtPrefix;
+  QLabel* hdgStartNum;
+  QLineEdit* txtStartNum;
+  QCheckBox* chkPreserve;
+  QPushButton* cmdSetNames;
+  QPushButton* cmdRename;
+  QPushButton* cmdClose;
+  StatusBar* stbRename;
+
+  RenameList* mList;
+  FolderFiles mFolderFiles;
+  bool mKeyIsDown = false;  // in a box for other extensions
+};
+
+}  // namespace brackwell
