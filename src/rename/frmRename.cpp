@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -41,6 +42,16 @@ constexpr std::array<QStringView, 20> Extensions{u"BMP", u"CAM",  u"CGM", u"DIB"
                                                  u"IMG", u"JPEG", u"JPG", u"KDC", u"PCD",  u"PCX", u"PIC",
                                                  u"PNG", u"PSD",  u"PSP", u"TGA", u"TIFF", u"WMF"};
 
+/// So that a small window can still reach every control.
+QScrollArea* Scrolling(QWidget* controls) {
+  auto* place = new QScrollArea;
+  place->setWidgetResizable(true);
+  place->setFrameShape(QFrame::NoFrame);
+  place->setFocusPolicy(Qt::NoFocus);
+  place->setWidget(controls);
+  return place;
+}
+
 QString OtherKey(int index) { return u"other%1"_s.arg(index); }
 
 }  // namespace
@@ -62,7 +73,8 @@ frmRename::frmRename(Services& services)
   right->addLayout(BuildNaming());
   right->addLayout(BuildButtons());
 
-  auto* controls = new QHBoxLayout;
+  mControls = new QWidget;
+  auto* controls = new QHBoxLayout(mControls);
   controls->setContentsMargins(Margin, Margin, Margin, 0);
   controls->setSpacing(Margin);
   controls->addLayout(left, 2);
@@ -76,7 +88,7 @@ frmRename::frmRename(Services& services)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(4);
-  layout->addLayout(controls);
+  layout->addWidget(Scrolling(mControls));
   layout->addWidget(stbRename);
 
   ConnectHandlers();
@@ -97,6 +109,7 @@ void frmRename::BuildExtensions() {
 
   hdgOtherExtension = Named(new QLabel(u"Other"_s, fraExtension), u"hdgOtherExtension"_s, u"Other"_s);
   auto* others = new QHBoxLayout;
+  others->setSpacing(Spacing);
   others->addWidget(hdgOtherExtension);
   for (int i = 0; i < 2; ++i) {
     txtOtherExtension[i] = Named(new QLineEdit(fraExtension), u"txtOtherExtension(%1)"_s.arg(i),
@@ -185,8 +198,8 @@ void frmRename::ConnectHandlers() {
   for (int i = 0; i < ExtensionCount; ++i)
     connect(chkExtension[i], &QCheckBox::clicked, this, [this, i] { chkExtension_Click(i); });
   connect(mList, &RenameList::ItemCheck, this, &frmRename::AssignNewNames);
-  connect(lvwFiles->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-          [this](const QModelIndex& item) { lvwFiles_ItemClick(item.row()); });
+  connect(lvwFiles->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { lvwFiles_ItemClick(SelectedRow()); });
   for (int i = 0; i < 2; ++i) {
     // Pasted with the mouse, dropped, or from an input method: no key is released afterwards.
     connect(txtOtherExtension[i], &QLineEdit::textEdited, this, [this, i] {
@@ -245,6 +258,11 @@ void frmRename::txtOtherExtension_KeyUp(int index) {
   LoadFileList();
 }
 
+int frmRename::SelectedRow() const {
+  const QModelIndexList rows = lvwFiles->selectionModel()->selectedRows();
+  return rows.isEmpty() ? -1 : rows.first().row();
+}
+
 void frmRename::lvwFiles_ItemClick(int row) {
   cmdMoveItem[0]->setEnabled(row > 0);
   cmdMoveItem[1]->setEnabled(row >= 0 && row + 1 < mList->rowCount());
@@ -256,7 +274,7 @@ void frmRename::cmdCheck_Click(int index) {
 }
 
 void frmRename::cmdMoveItem_Click(int index) {
-  const int row = lvwFiles->currentIndex().row();
+  const int row = SelectedRow();
   const int newRow = row + (index == 0 ? -1 : 1);
   if (row < 0 || newRow < 0 || newRow >= mList->rowCount()) return;
   const bool hadFocus = cmdMoveItem[index]->hasFocus();
@@ -347,8 +365,8 @@ void frmRename::RenameFiles() {
 }
 
 void frmRename::EnableControls(bool enabled) {
-  for (QWidget* control : findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-    if (control != cmdClose && control != stbRename) control->setEnabled(enabled);
+  for (QWidget* control : mControls->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+    if (control != cmdClose) control->setEnabled(enabled);
 }
 
 void frmRename::Warn(const QString& text) { MsgBox(this, text, MsgIcon::Exclamation, windowTitle()); }

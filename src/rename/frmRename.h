@@ -59,6 +59,8 @@ class frmRename : public ToolWindow {
   void cmdSetNames_Click();
   void cmdRename_Click();
 
+  /// -1 while no item is selected.
+  int SelectedRow() const;
   void LoadFileList();
   ExtensionFilter ReadFilter() const;
   void AssignNewNames();
@@ -67,6 +69,7 @@ class frmRename : public ToolWindow {
   void EnableControls(bool enabled);
   void Warn(const QString& text);
 
+  QWidget* mControls;  // all but the status bar
   FolderTree* mFolderTree;
   QGroupBox* fraExtension;
   std::array<QCheckBox*, ExtensionCount> chkExtension;

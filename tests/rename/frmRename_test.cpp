@@ -371,6 +371,17 @@ class frmRenameTest : public QObject {
     QCOMPARE(window.Lines(), (QStringList{u"[x] c"_s, u"[x] a"_s, u"[x] b"_s}));
   }
 
+  void AnItemThatOnlyHasTheFocusIsNotMoved() {
+    RenameWindow window;
+    window.Add({u"a"_s, u"b"_s});
+    QVERIFY(window.ChooseAll());
+    window.View().setFocus();
+    QCOMPARE(window.View().currentIndex().row(), 0);
+    QVERIFY(!window.Move(1).isEnabled());
+    QTest::keyClick(&window.View(), Qt::Key_Down, Qt::AltModifier);
+    QCOMPARE(window.Lines(), (QStringList{u"[x] a"_s, u"[x] b"_s}));
+  }
+
   void MovingChangesTheNumbersAtOnceAndKeepsTheTick() {
     RenameWindow window;
     window.Add({u"a"_s, u"b"_s, u"c"_s});
