@@ -31,6 +31,7 @@
 #include "controls/ListView.h"
 #include "controls/uctSelectDir.h"
 #include "dirdisplay/frmDirDisplay.h"
+#include "rename/frmRename.h"
 #include "replace/frmReplace.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
@@ -41,8 +42,8 @@ using namespace brackwell;
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
 
-/// Folders as somebody might have them: a website and its copy of last week, and the texts of a harbour
-/// museum.
+/// Folders as somebody might have them: a website and its copy of last week, the texts of a harbour museum,
+/// and the photographs of a day.
 class DemoFolders {
  public:
   DemoFolders() {
@@ -67,6 +68,10 @@ class DemoFolders {
     WriteText("guide/notes to come.txt", "");
     WriteText("guide/shop.txt", "Post cards, models, books.\n");
     WriteText("old/leaflet 1998.txt", "The harbor museum has opened.\n");
+
+    for (const char* name :
+         {"P1020001.JPG", "P1020002.JPG", "P1020003.raw", "P1020004.jpg", "P1020005.jpg", "list.txt"})
+      Make("camera", name, name);
   }
 
   std::string Text(const char* name) const {
@@ -106,6 +111,7 @@ class Tour {
     ShowComparison();
     ShowDirectoryDisplay();
     ShowReplacing();
+    ShowRenaming();
     ShowDrives();
     ShowDialogs();
     ShowManyWindows();
@@ -152,13 +158,7 @@ class Tour {
   void ShowDirectoryDisplay() {
     Trigger(u"mnuTools_DirDisplay"_s);
     auto* form = mMain.findChild<frmDirDisplay*>();
-    auto* tree = form->findChild<FolderTree*>(u"FolderTree"_s);
-    const std::string folder(WithoutSeparator(mDemo.Path("website").toStdString()));
-    tree->SetSelectedFolder(folder);
-    QElapsedTimer waiting;
-    for (waiting.start(); tree->SelectedFolder() != folder && waiting.elapsed() < 10000;)
-      QApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-    if (tree->SelectedFolder() != folder) return Fail(u"FolderTree"_s);
+    if (!SelectFolder(*form, "website")) return;
     TickRows(*form, u"lvwFolderInfo"_s, {0, 3, 4, 9});
     TickRows(*form, u"lvwFileInfo"_s, {0, 3, 7, 8});
     for (const QString& format : {u"optFormat(2)"_s, u"optFormat(0)"_s, u"optFormat(1)"_s}) {
@@ -168,6 +168,18 @@ class Tour {
     Picture(u"directory-display"_s, mMain);
     for (const QString& name : {u"dir_display.xml"_s, u"dir_display.txt"_s, u"dir_display.html"_s})
       if (QFileInfo(mFolder + u'/' + name).size() == 0) Fail(name);
+  }
+
+  /// The tree lists folders in its own time.
+  bool SelectFolder(const QWidget& form, const char* name) {
+    auto* tree = form.findChild<FolderTree*>(u"FolderTree"_s);
+    const std::string folder(WithoutSeparator(mDemo.Path(name).toStdString()));
+    tree->SetSelectedFolder(folder);
+    QElapsedTimer waiting;
+    for (waiting.start(); tree->SelectedFolder() != folder && waiting.elapsed() < 10000;)
+      QApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    if (tree->SelectedFolder() != folder) Fail(u"FolderTree"_s);
+    return tree->SelectedFolder() == folder;
   }
 
   static void TickRows(const frmDirDisplay& form, const QString& list, const std::vector<int>& rows) {
@@ -195,6 +207,32 @@ class Tour {
     if (mDemo.Text("museum/guide/cafe.txt") != "The caf\xe9 at the harbour.\n") Fail(u"the replaced text"_s);
   }
 
+  /// Photographs copied under new names, the best one first, then renamed.
+  void ShowRenaming() {
+    Trigger(u"mnuTools_RenameImages"_s);
+    auto* form = mMain.findChild<frmRename*>();
+    const auto click = [form](const QString& name) { form->findChild<QAbstractButton*>(name)->click(); };
+    click(u"chkExtension(9)"_s);
+    form->findChild<QLineEdit*>(u"txtOtherExtension(0)"_s)->setText(u"raw"_s);
+    if (!SelectFolder(*form, "camera")) return;
+    auto* list = form->findChild<ListView*>(u"lvwFiles"_s);
+    list->setCurrentIndex(list->model()->index(1, 0));
+    click(u"cmdMoveItem(0)"_s);
+    list->model()->setData(list->model()->index(3, 0), Qt::Unchecked, Qt::CheckStateRole);
+    form->findChild<QLineEdit*>(u"txtPrefix"_s)->setText(u"Harbour "_s);
+    form->findChild<QLineEdit*>(u"txtStartNum"_s)->setText(u"01"_s);
+    click(u"cmdSetNames"_s);
+    Picture(u"rename-names"_s, mMain);
+    click(u"chkPreserve"_s);
+    WithDialog(u"rename-question"_s, [&] { click(u"cmdRename"_s); });
+    if (mDemo.Text("camera/Renamed Files/Harbour 01.JPG") != "P1020002.JPG") Fail(u"the copied photograph"_s);
+    click(u"cmdSetNames"_s);
+    click(u"chkPreserve"_s);
+    WithDialog(u"rename-in-place"_s, [&] { click(u"cmdRename"_s); });
+    Picture(u"rename-renamed"_s, mMain);
+    if (!mDemo.Text("camera/P1020001.JPG").empty()) Fail(u"the renamed photograph"_s);
+  }
+
   void ShowDrives() {
     Trigger(u"mnuTools_DriveInfo"_s);
     Picture(u"drives"_s, mMain);
@@ -218,8 +256,7 @@ class Tour {
   }
 
   void ShowManyWindows() {
-    for (const char* item :
-         {"mnuTools_DirDisplay", "mnuTools_RenameImages", "mnuTools_FontDisplay", "mnuTools_DriveInfo"})
+    for (const char* item : {"mnuTools_DirDisplay", "mnuTools_FontDisplay", "mnuTools_DriveInfo"})
       Trigger(QString::fromLatin1(item));
     Trigger(u"mnuWindow_Cascade"_s);
     Picture(u"windows-cascaded"_s, mMain);
