@@ -89,6 +89,18 @@ TEST_F(RegistryOnPosix, NamesAreFoundWhateverTheirCase) {
   EXPECT_EQ(value, mTree.Path("bin/hardinfo"));
 }
 
+TEST_F(RegistryOnPosix, TheKeyIsListedToo) {
+  const std::string key = "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO";
+  PathIs(mTree.Path("bin"));
+  EXPECT_EQ(RegEnumKeyValues("2147483650", key).Count, 0);
+  Program("bin/hardinfo");
+  const KeyValues values = RegEnumKeyValues("2147483650", key);
+  EXPECT_EQ(values.Count, 1);
+  EXPECT_EQ(values.Names, std::vector<std::string>{"PATH"});
+  EXPECT_EQ(values.Types, std::vector<std::uint32_t>{1});
+  EXPECT_EQ(values.Data, std::vector<std::string>{mTree.Path("bin/hardinfo")});
+}
+
 TEST_F(RegistryOnPosix, NothingElseIsAnswered) {
   Program("bin/hardinfo");
   PathIs(mTree.Path("bin"));

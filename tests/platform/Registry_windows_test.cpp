@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "platform/Registry.h"
 #include "platform/Win32.h"
 
@@ -35,6 +37,16 @@ class RegistryOnWindows : public testing::Test {
     return GetKeyValue(HkeyCurrentUser, KeyPath, name, value) ? value : "none" + value;
   }
 
+  /// "name type data" of each value; their order is the system's.
+  static std::set<std::string> List() {
+    const KeyValues values = RegEnumKeyValues("2147483649", KeyPath);
+    EXPECT_EQ(values.Names.size(), static_cast<std::size_t>(values.Count));
+    std::set<std::string> lines;
+    for (std::size_t i = 0; i < values.Names.size(); ++i)
+      lines.insert(values.Names[i] + " " + std::to_string(values.Types[i]) + " " + values.Data[i]);
+    return lines;
+  }
+
  private:
   static std::wstring Path() { return win32::Widen(KeyPath); }
   HKEY mKey = nullptr;
@@ -65,6 +77,39 @@ TEST_F(RegistryOnWindows, ATextOfMoreThan1024CharactersIsNotRead) {
   StoreText(L"long", REG_SZ, std::wstring(1024, L'x'));
   EXPECT_EQ(Read("fits"), std::string(1023, 'x'));
   EXPECT_EQ(Read("long"), "none");
+}
+
+TEST_F(RegistryOnWindows, AKeyIsListedValueByValue) {
+  const DWORD number = 0xBEEF;
+  const std::wstring names(L"one\0two\0", 9);
+  StoreText(L"Arial Bold (TrueType)", REG_SZ, L"arialbd.ttf");
+  StoreText(L"Gr\u00fc\u00dfe", REG_EXPAND_SZ, L"%windir%\\\u00fc.ttf");
+  Store(L"list", REG_MULTI_SZ, names.data(), names.size() * sizeof(wchar_t));
+  Store(L"number", REG_DWORD, &number, sizeof number);
+  Store(L"bytes", REG_BINARY, "\1\2", 2);
+  Store(L"cut", REG_SZ, L"ab\0cd", 6 * sizeof(wchar_t));
+  Store(L"nothing", REG_SZ, "", 0);
+  Store(L"half a character", REG_SZ, "a\0b", 3);
+  EXPECT_EQ(List(), (std::set<std::string>{"Arial Bold (TrueType) 1 arialbd.ttf",
+                                           "Gr\xc3\xbc\xc3\x9f"
+                                           "e 2 %windir%\\\xc3\xbc.ttf",
+                                           "list 7 onetwo", "number 4 &h0000BEEF", "bytes 3 ", "cut 1 ab",
+                                           "nothing 1 ", "half a character 1 a"}));
+}
+
+TEST_F(RegistryOnWindows, NamesAndDataOfAnyLengthAreListed) {
+  const std::wstring name(16383, L'n');
+  StoreText(name.c_str(), REG_SZ, std::wstring(100000, L'd'));
+  StoreText(L"short", REG_SZ, L"text");
+  EXPECT_EQ(List(), (std::set<std::string>{std::string(16383, 'n') + " 1 " + std::string(100000, 'd'),
+                                           "short 1 text"}));
+}
+
+TEST_F(RegistryOnWindows, AKeyWithoutValuesIsEmpty) { EXPECT_EQ(List(), std::set<std::string>()); }
+
+TEST_F(RegistryOnWindows, ThousandsOfValues) {
+  for (int i = 0; i < 3000; ++i) StoreText(std::to_wstring(i).c_str(), REG_SZ, L"x");
+  EXPECT_EQ(List().size(), 3000U);
 }
 
 TEST_F(RegistryOnWindows, WhatIsNotThere) { EXPECT_EQ(Read("missing"), "none"); }
