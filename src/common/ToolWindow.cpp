@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <exception>
 #include <utility>
@@ -47,18 +48,21 @@ void ToolWindow::closeEvent(QCloseEvent* event) {
   }
 }
 
-QAbstractButton* ToolWindow::ButtonFor(const QKeyEvent& key) const {
+QWidget* ToolWindow::ControlFor(const QKeyEvent& key) const {
   if (key.modifiers() != Qt::AltModifier) return nullptr;
   const QKeySequence pressed(key.keyCombination());
   for (QAbstractButton* button : findChildren<QAbstractButton*>())
     if (button->shortcut() == pressed && button->isVisible() && button->isEnabled()) return button;
+  for (const QLabel* label : findChildren<QLabel*>())
+    if (label->buddy() && QKeySequence::mnemonic(label->text()) == pressed && label->isVisible())
+      return label->buddy();
   return nullptr;
 }
 
 /// A key that is claimed here comes as a key press, and not as the shortcut of a menu. It is caught on its
 /// way to the control with the focus: a text box would write the letter.
 bool ToolWindow::event(QEvent* event) {
-  if (event->type() == QEvent::ShortcutOverride && ButtonFor(static_cast<QKeyEvent&>(*event))) {
+  if (event->type() == QEvent::ShortcutOverride && ControlFor(static_cast<QKeyEvent&>(*event))) {
     event->accept();
     if (QWidget* control = QApplication::focusWidget()) control->installEventFilter(this);
     return true;
@@ -69,9 +73,11 @@ bool ToolWindow::event(QEvent* event) {
 bool ToolWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
   const auto& key = static_cast<QKeyEvent&>(*event);
-  QAbstractButton* button = ButtonFor(key);
+  QWidget* control = ControlFor(key);
+  auto* button = qobject_cast<QAbstractButton*>(control);
+  if (control && !button) control->setFocus(Qt::ShortcutFocusReason);
   if (button && !key.isAutoRepeat()) button->animateClick();
-  return button != nullptr;
+  return control != nullptr;
 }
 
 }  // namespace brackwell

@@ -3,8 +3,6 @@
 #include <QWidget>
 #include <functional>
 
-class QAbstractButton;
-
 namespace brackwell {
 
 class FileSystemObject;
@@ -20,7 +18,7 @@ struct Services {
 
 /// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the
 /// main window calls it by name. While the focus is inside the window, an accelerator of one of its buttons
-/// comes before that of a menu: Alt+F is "&Fix" there and "&File" elsewhere.
+/// or labels comes before that of a menu: Alt+F is "&Fix" there and "&File" elsewhere.
 ///
 /// Long work runs on the one thread and lets events through, so a window may be asked to close while its own
 /// code is still on the stack. While a Run is alive the close is put off, the run is told to stop, and the
@@ -70,8 +68,8 @@ class ToolWindow : public QWidget {
   Services& mServices;
 
  private:
-  /// The button that can be pressed now by this key, if there is one.
-  QAbstractButton* ButtonFor(const QKeyEvent& key) const;
+  /// The button that can be pressed now by this key, or the control whose label has it, if there is one.
+  QWidget* ControlFor(const QKeyEvent& key) const;
 
   bool mRunning = false;
   bool mStopAsked = false;
