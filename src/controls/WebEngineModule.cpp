@@ -1,8 +1,6 @@
-#include <QDir>
 #include <QFileInfo>
 #include <QLibraryInfo>
-#include <QOpenGLContext>
-#include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -12,11 +10,8 @@
 #include <QWebEngineUrlRequestInfo>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineView>
-#include <memory>
 
 #include "controls/WebEngine.h"
-
-Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
 
 namespace brackwell {
 
@@ -38,14 +33,16 @@ class OnlyThePage : public QWebEngineUrlRequestInterceptor {
 /// Goes only where the program sends it.
 class Page : public QWebEnginePage {
  public:
-  Page(QWebEngineProfile* profile, const OnlyThePage& allowed)
-      : QWebEnginePage(profile), mAllowed(allowed) {}
+  Page(QWebEngineProfile* profile, const OnlyThePage& allowed) : QWebEnginePage(profile), mAllowed(allowed) {}
 
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override {
     return type == NavigationTypeTyped && isMainFrame && url == mAllowed.Page;
   }
-  QStringList chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) override { return {}; }
+  QStringList chooseFiles(FileSelectionMode /*mode*/, const QStringList& /*oldFiles*/,
+                          const QStringList& /*acceptedMimeTypes*/) override {
+    return {};
+  }
 
  private:
   const OnlyThePage& mAllowed;
@@ -73,6 +70,7 @@ class View : public QWidget {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(mView);
+    setFocusProxy(mView);
     connect(&mPage, &QWebEnginePage::renderProcessTerminated, this, [died](auto status) {
       if (status != QWebEnginePage::NormalTerminationStatus) died();
     });
@@ -92,6 +90,32 @@ class View : public QWidget {
   QWebEngineView* mView = new QWebEngineView(this);
 };
 
+/// The files without which the engine would end the whole program.
+bool IsWhole() {
+  const QString chosen = qEnvironmentVariable("QTWEBENGINEPROCESS_PATH");
+  const QFileInfo process(chosen.isEmpty() ? QLibraryInfo::path(QLibraryInfo::LibraryExecutablesPath) +
+                                                 u"/QtWebEngineProcess"_s
+                                           : chosen);
+  const QFileInfo resources(QLibraryInfo::path(QLibraryInfo::DataPath) +
+                            u"/resources/qtwebengine_resources.pak"_s);
+  return process.isFile() && process.isExecutable() && resources.isReadable();
+}
+
+/// Set for as long as it lives, so that programs started from here, a browser among them, are not told.
+class EnvironmentSetting {
+ public:
+  EnvironmentSetting(const char* name, const QByteArray& value) : mName(name), mBefore(qgetenv(name)) {
+    qputenv(mName, value);
+  }
+  ~EnvironmentSetting() { mBefore.isNull() ? qunsetenv(mName) : qputenv(mName, mBefore); }
+  EnvironmentSetting(const EnvironmentSetting&) = delete;
+  EnvironmentSetting& operator=(const EnvironmentSetting&) = delete;
+
+ private:
+  const char* mName;
+  const QByteArray mBefore;
+};
+
 }  // namespace
 
 class WebEngineModule : public QObject, public WebEngine {
@@ -101,14 +125,19 @@ class WebEngineModule : public QObject, public WebEngine {
 
  public:
   WebEngineModule() {
-    // Pages of text need no graphics card, and its drivers have more ways to fail than all the rest.
+    // Pages of text need no graphics card, whose drivers have more ways to fail than all the rest.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    if (!QOpenGLContext::globalShareContext()) qt_gl_set_global_share_context(new QOpenGLContext(QCoreApplication::instance()));
+    // It would list on the terminal how it is set up.
+    QLoggingCategory::setFilterRules(u"qt.webenginecontext=false"_s);
   }
+
   QWidget* NewView(QWidget* parent, const Options& options) override {
-    if (!options.Sandboxed) qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    if (!IsWhole()) return nullptr;
+    if (options.Sandboxed) return new View(parent, options.Died);
+    const EnvironmentSetting withoutSandbox("QTWEBENGINE_DISABLE_SANDBOX", "1");
     return new View(parent, options.Died);
   }
+
   void Navigate(QWidget& view, const QUrl& page) override { static_cast<View&>(view).Show(page); }
 };
 

@@ -4,6 +4,7 @@
 #include "dirdisplay/frmDirDisplay.h"
 #include "drives/frmDrives.h"
 #include "rename/frmRename.h"
+#include "fonts/frmFontDisplay.h"
 #include "replace/frmReplace.h"
 #include "shell/EmptyToolWindow.h"
 
@@ -29,7 +30,7 @@ std::vector<Tool> ToolTable() {
        .Create = [](Services& services) -> ToolWindow* { return new frmDirDisplay(services); }},
       {.Key = u"FontDisplay"_s,
        .ToolTip = u"Sample text in multiple fonts"_s,
-       .Create = Empty(u"frmFontDisplay"_s, u"Font Sample"_s),
+       .Create = [](Services& services) -> ToolWindow* { return new frmFontDisplay(services); },
        .Single = true,
        .HeedsChildMaximized = true},
       {.Key = u"Replace"_s,

@@ -1,0 +1,102 @@
+#include "controls/WebView.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLabel>
+#include <QOpenGLContext>
+#include <QPluginLoader>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "common/FormHelpers.h"
+#include "controls/WebEngine.h"
+#include "platform/Sandbox.h"
+
+// Belongs to Qt's interface of its libraries among themselves.
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
+
+namespace brackwell {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Rich text without anything that is not in the text itself.
+class TextPage : public QTextBrowser {
+ public:
+  explicit TextPage(QWidget* parent) : QTextBrowser(parent) { setOpenLinks(false); }
+
+  QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return {}; }
+};
+
+/// The module, loaded once; null where it was not built or cannot be loaded. It finds a context for drawing
+/// in place that it never draws with: to have a real one, the program would have to load the graphics drivers
+/// at every start.
+WebEngine* LoadEngine() {
+  if (!QOpenGLContext::globalShareContext())
+    qt_gl_set_global_share_context(new QOpenGLContext(QCoreApplication::instance()));
+  QPluginLoader loader(u"brackwell_webview"_s);
+  return qobject_cast<WebEngine*>(loader.instance());
+}
+
+}  // namespace
+
+WebView::WebView(QWidget* parent)
+    : QFrame(parent),
+      lblNote(Named(new QLabel(u"The browser could not be started or has stopped. The page is shown as text; "
+                               "some fonts and styles may look different from what they are."_s,
+                               this),
+                    u"lblNote"_s, u"Note"_s)),
+      mLayout(new QVBoxLayout(this)) {
+  setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  lblNote->setWordWrap(true);
+  lblNote->setMargin(4);
+  lblNote->hide();
+  mLayout->setContentsMargins(0, 0, 0, 0);
+  mLayout->setSpacing(0);
+  mLayout->addWidget(lblNote);
+  StartEngine();
+}
+
+void WebView::StartEngine() {
+  mEngine = LoadEngine();
+  if (!mEngine) return UseText();
+  // The engine tells from within its own code, which must not find its view gone when it is returned to.
+  const auto died = [this] { QMetaObject::invokeMethod(this, &WebView::EngineFailed, Qt::QueuedConnection); };
+  mEngineView = mEngine->NewView(this, {.Sandboxed = CanSandbox(), .Died = died});
+  if (!mEngineView) return EngineFailed();
+  mLayout->addWidget(mEngineView, 1);
+  setFocusProxy(mEngineView);
+}
+
+void WebView::UseText() {
+  mText = Named(new TextPage(this), u"txtPage"_s, u"Page"_s);
+  mText->setFrameShape(QFrame::NoFrame);
+  mLayout->addWidget(mText, 1);
+  setFocusProxy(mText);
+}
+
+void WebView::EngineFailed() {
+  if (mText) return;
+  delete std::exchange(mEngineView, nullptr);
+  UseText();
+  lblNote->show();
+  ShowAsText();
+}
+
+void WebView::Navigate(const QUrl& page) {
+  mPage = page;
+  if (mEngineView)
+    mEngine->Navigate(*mEngineView, page);
+  else
+    ShowAsText();
+}
+
+void WebView::ShowAsText() {
+  QFile file(mPage.toLocalFile());
+  mText->setHtml(mPage.isLocalFile() && file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll())
+                                                                       : QString());
+}
+
+}  // namespace brackwell

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace brackwell {
+
+/// Whether the system lets this user shut processes in, as a browser does with those that read its pages. Not
+/// an administrator on POSIX, nor any user in most containers.
+bool CanSandbox();
+
+}  // namespace brackwell

@@ -1,0 +1,7 @@
+#include "platform/Sandbox.h"
+
+namespace brackwell {
+
+bool CanSandbox() { return true; }
+
+}  // namespace brackwell
