@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QImage>
 #include <QLabel>
 #include <QOpenGLContext>
 #include <QPluginLoader>
@@ -27,7 +28,13 @@ class TextPage : public QTextBrowser {
  public:
   explicit TextPage(QWidget* parent) : QTextBrowser(parent) { setOpenLinks(false); }
 
-  QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return {}; }
+  /// An image that is not given is looked for in the file system; so every image is one clear dot.
+  QVariant loadResource(int type, const QUrl& /*name*/) override {
+    if (type != QTextDocument::ImageResource) return QByteArray();
+    QImage dot(1, 1, QImage::Format_ARGB32);
+    dot.fill(Qt::transparent);
+    return dot;
+  }
 };
 
 /// The module, loaded once; null where it was not built or cannot be loaded. It finds a context for drawing
