@@ -57,6 +57,7 @@ struct Process {
   pid_t Id;
   pid_t Parent;
   char State;
+  int Threads;
   QByteArray CommandLine;
 };
 
@@ -71,8 +72,9 @@ QList<Process> Descendants() {
   for (const QString& id : QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs)) {
     const QByteArray status = ReadAll(u"/proc/"_s + id + u"/stat"_s);
     const QList<QByteArray> fields = status.mid(status.lastIndexOf(')') + 2).split(' ');
-    if (fields.size() > 1)
-      all << Process{id.toInt(), fields[1].toInt(), fields[0][0], ReadAll(u"/proc/"_s + id + u"/cmdline"_s)};
+    if (fields.size() > 17)
+      all << Process{id.toInt(), fields[1].toInt(), fields[0][0], fields[17].toInt(),
+                     ReadAll(u"/proc/"_s + id + u"/cmdline"_s)};
   }
   QList<pid_t> parents{getpid()};
   for (qsizetype i = 0; i < parents.size(); ++i)
@@ -84,13 +86,11 @@ QList<Process> Descendants() {
   return found;
 }
 
-/// Those that show pages: started by a process that only starts others.
+/// Those that show pages: those that only start others have one thread.
 QList<pid_t> Renderers() {
   QList<pid_t> ids;
   for (const Process& process : Descendants())
-    if (process.State != 'Z' && process.Parent != getpid() &&
-        process.CommandLine.contains("QtWebEngineProcess"))
-      ids << process.Id;
+    if (process.Threads > 1 && process.CommandLine.contains("QtWebEngineProcess")) ids << process.Id;
   return ids;
 }
 
