@@ -69,6 +69,7 @@ WebView::WebView(QWidget* parent)
 void WebView::StartEngine() {
   mEngine = LoadEngine();
   if (!mEngine) return UseText();
+  if (!CanShareMemory()) return EngineFailed();
   // The engine tells from within its own code, which must not find its view gone when it is returned to.
   const auto died = [this] { QMetaObject::invokeMethod(this, &WebView::EngineFailed, Qt::QueuedConnection); };
   mEngineView = mEngine->NewView(this, {.Sandboxed = CanSandbox(), .Died = died});

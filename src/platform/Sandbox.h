@@ -6,4 +6,8 @@ namespace brackwell {
 /// an administrator on POSIX, nor any user in most containers.
 bool CanSandbox();
 
+/// Whether processes can share memory, without which a browser ends at once. Not in a container that has no
+/// place for it.
+bool CanShareMemory();
+
 }  // namespace brackwell

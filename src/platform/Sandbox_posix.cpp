@@ -24,4 +24,6 @@ bool CanSandbox() {
   return child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
+bool CanShareMemory() { return access("/dev/shm", W_OK | X_OK) == 0; }
+
 }  // namespace brackwell

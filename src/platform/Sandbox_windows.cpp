@@ -4,4 +4,6 @@ namespace brackwell {
 
 bool CanSandbox() { return true; }
 
+bool CanShareMemory() { return true; }
+
 }  // namespace brackwell

@@ -17,6 +17,7 @@
 #include <QTextBrowser>
 #include <csignal>
 
+#include "platform/Sandbox.h"
 #include "support/IsolatedSettings.h"
 
 namespace brackwell {
@@ -157,7 +158,7 @@ class WebViewTest : public QObject {
   // --- in the browser ------------------------------------------------------------------
 
   void TheBrowserShowsThePage() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     WebView view;
     Show(view, Page(u"<title>one</title><body style=\"background:#ff0000\">text"_s), u"one"_s);
     QVERIFY(view.HasEngine());
@@ -169,14 +170,14 @@ class WebViewTest : public QObject {
   }
 
   void ThePageIsReadAgainWhereItHasChanged() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     WebView view;
     Show(view, Page(u"<title>first</title>"_s), u"first"_s);
     Show(view, Page(u"<title>second</title>"_s), u"second"_s);
   }
 
   void NoScriptRuns() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     WebView view;
     Show(view,
          Page(u"<title>plain</title><img src=x onerror=\"document.title='hostile'\">"
@@ -187,7 +188,7 @@ class WebViewTest : public QObject {
   }
 
   void NothingIsFetched() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     const Listener server;
     WebView view;
     const QString red = Red().toString();
@@ -204,7 +205,7 @@ class WebViewTest : public QObject {
   }
 
   void ThePageLeadsNowhere() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     const Listener server;
     WebView view;
     const QString other = Page(u"<title>other</title>"_s, u"other.htm"_s).toString();
@@ -225,7 +226,7 @@ class WebViewTest : public QObject {
   }
 
   void ABrowserThatDiesIsTold() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     WebView view;
     Show(view, Page(u"<title>alive</title>the text"_s), u"alive"_s);
     const QList<pid_t> renderers = Renderers();
@@ -241,7 +242,7 @@ class WebViewTest : public QObject {
   }
 
   void ABrowserWithoutItsFilesIsTold() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     qputenv("QTWEBENGINEPROCESS_PATH", "/nonexistent");
     WebView view;
     qunsetenv("QTWEBENGINEPROCESS_PATH");
@@ -252,7 +253,7 @@ class WebViewTest : public QObject {
   }
 
   void AClosedViewLeavesNoProcessAndNoZombie() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     {
       WebView view;
       Show(view, Page(u"<title>short</title>"_s), u"short"_s);
@@ -263,7 +264,7 @@ class WebViewTest : public QObject {
   }
 
   void ClosedWhileItLoads() {
-    if (!IsBuilt()) QSKIP("built without the browser");
+    if (!HasBrowser()) QSKIP("no browser here");
     for (int i = 0; i < 3; ++i) {
       WebView view;
       view.Navigate(Page(u"<title>never seen</title>"_s));
@@ -273,8 +274,9 @@ class WebViewTest : public QObject {
   }
 
  private:
-  static bool IsBuilt() {
-    return QFileInfo::exists(QStringLiteral(BRACKWELL_PROGRAM_FOLDER "/brackwell_webview.so"));
+  static bool HasBrowser() {
+    return QFileInfo::exists(QStringLiteral(BRACKWELL_PROGRAM_FOLDER "/brackwell_webview.so")) &&
+           CanShareMemory();
   }
   static void WithoutEngine() { QCoreApplication::setLibraryPaths({}); }
 

@@ -17,7 +17,9 @@
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QTimer>
+#include <QToolButton>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -32,6 +34,7 @@
 #include "controls/uctSelectDir.h"
 #include "dirdisplay/frmDirDisplay.h"
 #include "rename/frmRename.h"
+#include "fonts/frmFontDisplay.h"
 #include "replace/frmReplace.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
@@ -113,6 +116,7 @@ class Tour {
     ShowReplacing();
     ShowRenaming();
     ShowDrives();
+    ShowFonts();
     ShowDialogs();
     ShowManyWindows();
     return mGood;
@@ -146,6 +150,23 @@ class Tour {
       if (grid.Rows()[row].Kind == ResultKind::TargetFileNewer ||
           !grid.Toggle(row, CompareGrid::FixTargetColumn))
         grid.Toggle(row, CompareGrid::FixSourceColumn);
+  }
+
+  void ShowFonts() {
+    Trigger(u"mnuTools_FontDisplay"_s);
+    auto* form = mMain.findChild<frmFontDisplay*>();
+    form->parentWidget()->showMaximized();
+    Picture(u"fonts"_s, mMain);
+    form->findChild<QAction*>(u"QBF"_s)->trigger();
+    form->findChild<QToolButton*>(u"chkItalic"_s)->click();
+    form->findChild<QPushButton*>(u"cmdSample"_s)->click();
+    for (int i = 0; i < 30; ++i) {  // the browser draws when it is done
+      QThread::msleep(50);
+      QApplication::processEvents();
+    }
+    Picture(u"fonts-sample"_s, mMain);
+    Trigger(u"mnuFile_Print"_s);
+    form->parentWidget()->close();
   }
 
   void ShowFolderDialog(frmCompare& form) {
