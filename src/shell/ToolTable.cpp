@@ -3,22 +3,13 @@
 #include "compare/frmCompare.h"
 #include "dirdisplay/frmDirDisplay.h"
 #include "drives/frmDrives.h"
-#include "rename/frmRename.h"
 #include "fonts/frmFontDisplay.h"
+#include "rename/frmRename.h"
 #include "replace/frmReplace.h"
-#include "shell/EmptyToolWindow.h"
 
 namespace brackwell {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-auto Empty(const QString& name, const QString& caption) {
-  return [=](Services& services) -> ToolWindow* { return new EmptyToolWindow(services, name, caption); };
-}
-
-}  // namespace
 
 std::vector<Tool> ToolTable() {
   return {
