@@ -141,7 +141,7 @@ VolumeIndex::VolumeIndex(VolumeFactFolders folders)
 
 VolumeFacts VolumeIndex::Find(const BlockDevice& device) const {
   // Of several volumes with the same label only one has a link.
-  const std::string text = "\n" + ReadSystemFile(mUdev + "/b" + device.Number);
+  const std::string text = '\n' + ReadSystemFile(mUdev + "/b" + device.Number);
   VolumeFacts facts{.FileSystem = Value(text, "ID_FS_TYPE"),
                     .Label = Unescape(Value(text, "ID_FS_LABEL_ENC")),
                     .Identifier = Value(text, "ID_FS_UUID")};
