@@ -11,7 +11,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
-#include <QStyle>
 #include <QVBoxLayout>
 #include <new>
 
@@ -26,6 +25,7 @@
 #include "controls/FolderTree.h"
 #include "controls/ListView.h"
 #include "dirdisplay/InfoListModel.h"
+#include "shell/frmImages.h"
 
 namespace brackwell {
 
@@ -151,8 +151,8 @@ QLayout* frmDirDisplay::BuildInfo(InfoControls& controls, const QString& name, c
   buttons->addStretch();
   for (const int index : {Up, Down}) {
     const QString toolTip = index == Up ? u"Move selected item up"_s : u"Move selected item down"_s;
-    const auto picture = index == Up ? QStyle::SP_ArrowUp : QStyle::SP_ArrowDown;
-    QPushButton* button = Named(new QPushButton(style()->standardIcon(picture), QString(), this),
+    const QIcon& picture = index == Up ? mServices.Images.imgMoveUp : mServices.Images.imgMoveDown;
+    QPushButton* button = Named(new QPushButton(picture, QString(), this),
                                 u"cmdMove%1(%2)"_s.arg(name).arg(index), heading + u": "_s + toolTip);
     button->setToolTip(toolTip);
     button->setEnabled(false);  // until an item is selected
