@@ -1,6 +1,7 @@
 // A guided tour: drives the real windows through their work on folders of its own, and leaves a picture of
 // each and the reports that they print. brackwell_tour <folder for pictures and reports>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -25,6 +26,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <utility>
 
 #include "compare/CompareGrid.h"
 #include "compare/frmCompare.h"
@@ -33,8 +35,8 @@
 #include "controls/ListView.h"
 #include "controls/uctSelectDir.h"
 #include "dirdisplay/frmDirDisplay.h"
-#include "rename/frmRename.h"
 #include "fonts/frmFontDisplay.h"
+#include "rename/frmRename.h"
 #include "replace/frmReplace.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
@@ -296,27 +298,31 @@ class Tour {
       Fail(item);
   }
 
-  /// Runs what opens a modal dialog, shows the dialog (with one picture by default) and dismisses it.
+  /// Runs what opens a modal dialog, shows the dialog (with one picture by default) and dismisses it,
+  /// and the message boxes that follow.
   void WithDialog(const QString& name, const std::function<void()>& step,
                   const std::function<void(const QString&, QDialog&)>& show = {}) {
     QTimer watch;
     bool seen = false;
     QObject::connect(&watch, &QTimer::timeout, [&] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (!dialog || seen) return;
-      seen = true;
-      if (show)
-        show(name, *dialog);
-      else
-        Picture(name, *dialog);
-      if (auto* box = qobject_cast<QMessageBox*>(dialog))
-        box->button(QMessageBox::Ok)->click();
-      else
-        dialog->reject();
+      if (!dialog) return;
+      watch.stop();
+      if (!std::exchange(seen, true)) show ? show(name, *dialog) : Picture(name, *dialog);
+      Dismiss(*dialog);
+      watch.start(100);
     });
     watch.start(100);
     step();
     if (!seen) Fail(name);
+  }
+
+  /// Says Yes or OK where that is asked.
+  static void Dismiss(QDialog& dialog) {
+    auto* box = qobject_cast<QMessageBox*>(&dialog);
+    if (!box) return dialog.reject();
+    for (const auto yes : {QMessageBox::Yes, QMessageBox::Ok})
+      if (QAbstractButton* button = box->button(yes)) return button->click();
   }
 
   void Picture(const QString& name, QWidget& window) {
