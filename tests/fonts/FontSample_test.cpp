@@ -131,8 +131,9 @@ std::string Shown(const std::string& font) {
   const std::string between = "</span><br><span style=\"font-family:";
   const std::string after = ";font-size=1pt;\">x</span></p></body></html>";
   EXPECT_TRUE(page.starts_with(beforeLabel) && page.ends_with(after)) << page;
-  std::string names = page.substr(beforeLabel.size(), page.size() - beforeLabel.size() - after.size());
-  return names.replace(names.find(between), between.size(), "|");
+  const std::string names = page.substr(beforeLabel.size(), page.size() - beforeLabel.size() - after.size());
+  const std::size_t label = names.find(between);
+  return names.substr(0, label).append(1, '|').append(names, label + between.size());
 }
 
 TEST(FontSamplePage, NamesEndNoTagNoAttributeAndNoStyle) {
@@ -145,7 +146,7 @@ TEST(FontSamplePage, NamesEndNoTagNoAttributeAndNoStyle) {
 
 TEST(FontSamplePage, UsualNamesStandAsTheyAre) {
   for (const char* name : {"Cambria & Cambria Math", "Courier 10,12,15", "Rock'n Roll", "@Batang", "R&", "&"})
-    EXPECT_EQ(Shown(name), std::string(name) + "|" + name);
+    EXPECT_EQ(Shown(name), std::string(name).append("|").append(name));
 }
 
 TEST(FontSamplePage, BrokenNamesStayOnePlace) {

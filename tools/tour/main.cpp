@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -18,7 +19,6 @@
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QThread>
 #include <QTimer>
 #include <QToolButton>
 #include <chrono>
@@ -162,10 +162,9 @@ class Tour {
     form->findChild<QAction*>(u"QBF"_s)->trigger();
     form->findChild<QToolButton*>(u"chkItalic"_s)->click();
     form->findChild<QPushButton*>(u"cmdSample"_s)->click();
-    for (int i = 0; i < 30; ++i) {  // the browser draws when it is done
-      QThread::msleep(50);
-      QApplication::processEvents();
-    }
+    QEventLoop drawing;  // the browser draws on its own
+    QTimer::singleShot(1500, &drawing, &QEventLoop::quit);
+    drawing.exec();
     Picture(u"fonts-sample"_s, mMain);
     Trigger(u"mnuFile_Print"_s);
     form->parentWidget()->close();
