@@ -38,11 +38,26 @@ QString RunProgramMessage(int code) {
   }
 }
 
-void RunProgram(QWidget* form, const std::string& path) {
-  // The handle of the frame around all: asking a window inside it for one would turn it into a native window.
-  void* owner = form ? reinterpret_cast<void*>(form->window()->winId()) : nullptr;
-  const QString message = RunProgramMessage(OpenDocument(path, owner));
+namespace {
+
+/// The handle of the frame around all: asking a window inside it for one would turn it into a native window.
+void* OwnerHandle(const QWidget* form) {
+  return form ? reinterpret_cast<void*>(form->window()->winId()) : nullptr;
+}
+
+void TellFailure(QWidget* form, int code) {
+  const QString message = RunProgramMessage(code);
   if (!message.isEmpty()) MsgBox(form, message, MsgIcon::Exclamation, u"Run Program"_s);
+}
+
+}  // namespace
+
+void RunProgram(QWidget* form, const std::string& path) {
+  TellFailure(form, OpenDocument(path, OwnerHandle(form)));
+}
+
+void RunWebAddress(QWidget* form, const std::string& address) {
+  TellFailure(form, OpenWebAddress(address, OwnerHandle(form)));
 }
 
 }  // namespace brackwell

@@ -173,6 +173,12 @@ Code CodeOfSpawnError(int error) {
   }
 }
 
+Code OpenUri(const std::string& uri) {
+  pid_t process = 0;
+  const int error = SpawnSettings().Spawn(process, OpenerProgram, uri);
+  return error == 0 ? CodeOfOpener(process) : CodeOfSpawnError(error);
+}
+
 }  // namespace
 
 int OpenDocument(const std::string& path, void* /*ownerWindow*/) {
@@ -180,9 +186,11 @@ int OpenDocument(const std::string& path, void* /*ownerWindow*/) {
   const Code checked = CheckDocument(document);
   if (checked != Opened) return checked;
 
-  pid_t process = 0;
-  const int error = SpawnSettings().Spawn(process, OpenerProgram, FileUri(document));
-  return error == 0 ? CodeOfOpener(process) : CodeOfSpawnError(error);
+  return OpenUri(FileUri(document));
+}
+
+int OpenWebAddress(const std::string& address, void* /*ownerWindow*/) {
+  return IsWebAddress(address) ? OpenUri(address) : FileNotFound;
 }
 
 bool StartProgram(const std::string& path) {

@@ -7,12 +7,23 @@
 
 namespace brackwell {
 
-int OpenDocument(const std::string& path, void* ownerWindow) {
-  const std::wstring document = win32::Widen(win32::UsualPath(win32::NativePath(path)));
+namespace {
+
+int Open(const std::wstring& document, void* ownerWindow) {
   const HINSTANCE code =
       ShellExecuteW(static_cast<HWND>(ownerWindow), L"open", document.c_str(), L"", L"", SW_SHOWNORMAL);
   // Above 32 the value is an arbitrary one that may be wider than an int.
   return static_cast<int>(std::min<std::intptr_t>(reinterpret_cast<std::intptr_t>(code), 33));
+}
+
+}  // namespace
+
+int OpenDocument(const std::string& path, void* ownerWindow) {
+  return Open(win32::Widen(win32::UsualPath(win32::NativePath(path))), ownerWindow);
+}
+
+int OpenWebAddress(const std::string& address, void* ownerWindow) {
+  return IsWebAddress(address) ? Open(win32::Widen(address), ownerWindow) : ERROR_FILE_NOT_FOUND;
 }
 
 bool StartProgram(const std::string& path) {

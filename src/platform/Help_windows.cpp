@@ -1,0 +1,67 @@
+#include "platform/Help.h"
+
+#include "platform/Win32.h"
+
+namespace brackwell {
+namespace {
+
+constexpr UINT DisplayTopic = 0;   // HH_DISPLAY_TOPIC
+constexpr UINT DisplayToc = 1;     // HH_DISPLAY_TOC
+constexpr UINT DisplaySearch = 3;  // HH_DISPLAY_SEARCH
+constexpr UINT CloseAll = 18;      // HH_CLOSE_ALL
+
+/// HH_FTS_QUERYW: what the search page is to look for. It wants its own size in front.
+struct FullTextQuery {
+  int Size;
+  BOOL Unicode;
+  LPCWSTR Text;
+  LONG Proximity;
+  BOOL StemmedSearch;
+  BOOL TitleOnly;
+  BOOL Execute;
+  LPCWSTR Window;
+};
+
+using HtmlHelpFunction = HWND(WINAPI*)(HWND caller, LPCWSTR file, UINT command, DWORD_PTR data);
+
+/// The help control library's one function; null where the system lacks it. The library stays loaded, since
+/// its window lives in it.
+HtmlHelpFunction HtmlHelp() {
+  static const auto function = [] {
+    const HMODULE library = LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    const FARPROC found = library ? GetProcAddress(library, "HtmlHelpW") : nullptr;
+    return reinterpret_cast<HtmlHelpFunction>(reinterpret_cast<void*>(found));
+  }();
+  return function;
+}
+
+/// The viewer knows no long-path form, so files are named as users know them.
+bool Show(const std::string& file, UINT command, const void* data = nullptr) {
+  const HtmlHelpFunction htmlHelp = HtmlHelp();
+  return htmlHelp &&
+         htmlHelp(nullptr, win32::Widen(file).c_str(), command, reinterpret_cast<DWORD_PTR>(data)) != nullptr;
+}
+
+std::string UsualPath(const std::string& path) { return win32::UsualPath(win32::NativePath(path)); }
+
+}  // namespace
+
+bool ShowHelpContents(const std::string& helpFile) { return Show(UsualPath(helpFile), DisplayToc); }
+
+bool ShowHelpSearch(const std::string& helpFile) {
+  FullTextQuery query{};
+  query.Size = sizeof query;
+  query.Execute = TRUE;
+  return Show(UsualPath(helpFile), DisplaySearch, &query);
+}
+
+bool ShowHelpTopic(const std::string& helpFile, const std::string& topic) {
+  return Show(UsualPath(helpFile) + "::/" + topic, DisplayTopic);
+}
+
+void CloseHelp() {
+  // A library that was never needed is not loaded for this.
+  if (GetModuleHandleW(L"hhctrl.ocx") && HtmlHelp()) HtmlHelp()(nullptr, nullptr, CloseAll, 0);
+}
+
+}  // namespace brackwell
