@@ -13,9 +13,12 @@
 #include <QToolButton>
 
 #include "common/MsgBox.h"
-#include "common/RunProgram.h"
+#include "common/NativeText.h"
 #include "common/Settings.h"
+#include "controls/HelpWindow.h"
+#include "platform/Help.h"
 #include "shell/ArrangeWindows.h"
+#include "shell/HelpTopics.h"
 #include "shell/WindowList.h"
 #include "shell/frmAbout.h"
 #include "shell/frmOptions.h"
@@ -119,11 +122,16 @@ void frmMain::BuildWindowMenu() {
 
 void frmMain::BuildHelpMenu() {
   QMenu* mnuHelp = AddMenu(u"mnuHelp"_s, u"&Help"_s);
-  AddItem(mnuHelp, u"mnuHelp_Contents"_s, u"&Contents"_s, &frmMain::mnuHelp_Contents_Click)
-      ->setShortcut(QKeySequence::HelpContents);
+  AddItem(mnuHelp, u"mnuHelp_Contents"_s, u"&Contents"_s, &frmMain::mnuHelp_Contents_Click);
   AddItem(mnuHelp, u"mnuHelp_Search"_s, u"&Search"_s, &frmMain::mnuHelp_Search_Click);
   mnuHelp->addSeparator()->setObjectName(u"mnuHelp_Sep1"_s);
   AddItem(mnuHelp, u"mnuHelp_About"_s, u"&About..."_s, &frmMain::mnuHelp_About_Click);
+
+  auto* help = new QAction(this);  // of no menu: what it shows depends on the window in front
+  help->setObjectName(u"HelpKey"_s);
+  help->setShortcut(QKeySequence::HelpContents);
+  connect(help, &QAction::triggered, this, &frmMain::HelpKey_Press);
+  addAction(help);
 }
 
 QMenu* frmMain::AddMenu(const QString& name, const QString& caption) {
@@ -203,7 +211,11 @@ void frmMain::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) mMdiArea->setBackground(palette().brush(QPalette::Dark));
 }
 
-void frmMain::MDIForm_Unload() { mMdiArea->closeAllSubWindows(); }
+void frmMain::MDIForm_Unload() {
+  mMdiArea->closeAllSubWindows();
+  if (mHelpWindow) mHelpWindow->close();
+  CloseHelp();
+}
 
 bool frmMain::CloseBusyWindows() {
   bool anyBusy = false;
@@ -295,15 +307,38 @@ void frmMain::mnuWindow_CloseAll_Click() {
     if (!frame->isHidden()) frame->close();
 }
 
-void frmMain::mnuHelp_Contents_Click() { ShowHelp(); }
+void frmMain::mnuHelp_Contents_Click() {
+  if (!HelpFileExists() || ShowHelpContents(mHelpFile)) return;
+  if (HelpWindow* help = OwnHelpWindow()) help->ShowContents();
+}
 
-void frmMain::mnuHelp_Search_Click() { ShowHelp(); }
+void frmMain::mnuHelp_Search_Click() {
+  if (!HelpFileExists() || ShowHelpSearch(mHelpFile)) return;
+  if (HelpWindow* help = OwnHelpWindow()) help->ShowSearch();
+}
 
-void frmMain::ShowHelp() {
-  if (!mFiles->FileExists(mHelpFile))
-    MsgBox(this, u"Cannot find help file."_s, MsgIcon::Critical, u"Brackwell Help"_s);
+void frmMain::HelpKey_Press() {
+  const QMdiSubWindow* frame = mMdiArea->currentSubWindow();
+  const QString topic = HelpTopicOf(frame && !frame->isHidden() ? frame->objectName() : QString());
+  if (!HelpFileExists() || ShowHelpTopic(mHelpFile, topic.toStdString())) return;
+  if (HelpWindow* help = OwnHelpWindow()) help->ShowTopic(topic);
+}
+
+bool frmMain::HelpFileExists() {
+  if (mFiles->FileExists(mHelpFile)) return true;
+  MsgBox(this, u"Cannot find help file."_s, MsgIcon::Critical, u"Brackwell Help"_s);
+  return false;
+}
+
+HelpWindow* frmMain::OwnHelpWindow() {
+  if (mHelpWindow) return mHelpWindow.get();
+  std::optional<ChmFile> file = ChmFile::Open(mHelpFile);
+  if (file)
+    mHelpWindow = std::make_unique<HelpWindow>(std::move(*file));
   else
-    RunProgram(this, mHelpFile);
+    MsgBox(this, u"The help file is damaged: "_s + ToShownText(mHelpFile), MsgIcon::Critical,
+           u"Brackwell Help"_s);
+  return mHelpWindow.get();
 }
 
 void frmMain::mnuHelp_About_Click() { frmAbout(*mFiles, this).exec(); }

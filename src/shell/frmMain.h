@@ -16,6 +16,8 @@ class QMdiSubWindow;
 
 namespace brackwell {
 
+class HelpWindow;
+
 /// The program's one top-level window: opens the tools as windows inside it, arranges and closes them, prints
 /// through the active one and shows the help. It owns what all tools share: the file-system object and the
 /// pictures.
@@ -73,7 +75,12 @@ class frmMain : public QMainWindow {
 
   void OpenTool(const Tool& tool);
   QMdiSubWindow* OpenWindowOf(const Tool& tool) const;
-  void ShowHelp();
+  /// Shows the topic of the tool in front.
+  void HelpKey_Press();
+  /// Tells the user where there is none.
+  bool HelpFileExists();
+  /// Where the system has no viewer of its own; null for a damaged help file, which the user is told of.
+  HelpWindow* OwnHelpWindow();
   /// Tells the tool windows which of them is the active one, where that has changed.
   void UpdateActiveWindow();
   /// Asks every busy window to end its run and close then; true if there is one.
@@ -88,6 +95,7 @@ class frmMain : public QMainWindow {
   std::string mHelpFile;
   QPointer<ToolWindow> mActive;
   bool mCloseAsked = false;
+  std::unique_ptr<HelpWindow> mHelpWindow;  // from the first time it is needed
 
   QMdiArea* mMdiArea;
   QToolBar* tlbMain;

@@ -109,7 +109,6 @@ class frmMainTest : public QObject {
   void AnAcceleratorOfTheActiveWindowComesBeforeTheMenus();
   void MissingHelpFile();
   void TheHelpKey();
-  void HelpFileIsHandedOver();
   void Dialogs();
 };
 
@@ -466,20 +465,6 @@ void frmMainTest::TheHelpKey() {
   MessageBoxes boxes;
   QTest::keySequence(&shell.Main, QKeySequence(u"F1"_s));
   QCOMPARE(boxes.TakeTexts(), QStringList(u"Cannot find help file."_s));
-}
-
-void frmMainTest::HelpFileIsHandedOver() {
-  const StandInOpener opener;
-  const MessageBoxes boxes;
-  Shell shell;
-  const QString path = QString::fromStdString(shell.Main.HelpFile());
-  QCOMPARE(path, QCoreApplication::applicationDirPath() + u"/Brackwell.chm"_s);
-  QFile help(path);
-  QVERIFY(help.open(QIODevice::WriteOnly));
-  shell.Choose(u"mnuHelp_Contents"_s);
-  QVERIFY(help.remove());
-  QCOMPARE(opener.Opened(), u"file://%1\n"_s.arg(path));
-  QVERIFY(boxes.Shown().empty());
 }
 
 void frmMainTest::Dialogs() {

@@ -32,6 +32,7 @@
 #include "compare/frmCompare.h"
 #include "controls/FlexGrid.h"
 #include "controls/FolderTree.h"
+#include "controls/HelpWindow.h"
 #include "controls/ListView.h"
 #include "controls/uctSelectDir.h"
 #include "dirdisplay/frmDirDisplay.h"
@@ -120,6 +121,7 @@ class Tour {
     ShowDrives();
     ShowFonts();
     ShowDialogs();
+    ShowHelp();
     ShowManyWindows();
     return mGood;
   }
@@ -275,6 +277,17 @@ class Tour {
       pages->setCurrentIndex(page);
       Picture(u"%1-%2"_s.arg(name).arg(page + 1), options);
     }
+  }
+
+  void ShowHelp() {
+    Trigger(u"mnuHelp_Contents"_s);
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (!qobject_cast<HelpWindow*>(window)) continue;
+      Picture(u"help"_s, *window);
+      window->close();
+      return;
+    }
+    Fail(u"help"_s);
   }
 
   void ShowManyWindows() {

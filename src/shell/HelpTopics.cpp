@@ -1,0 +1,20 @@
+#include "shell/HelpTopics.h"
+
+#include <utility>
+
+namespace brackwell {
+
+using namespace Qt::StringLiterals;
+
+QString HelpTopicOf(const QString& toolKey) {
+  static const std::pair<QString, QString> topics[] = {
+      {u"DirCompare"_s, u"compare.html"_s}, {u"DirDisplay"_s, u"directory-display.html"_s},
+      {u"FontDisplay"_s, u"fonts.html"_s},  {u"Replace"_s, u"replace.html"_s},
+      {u"RenImages"_s, u"rename.html"_s},   {u"Drive"_s, u"drives.html"_s},
+  };
+  for (const auto& [key, topic] : topics)
+    if (key == toolKey) return topic;
+  return u"welcome.html"_s;
+}
+
+}  // namespace brackwell

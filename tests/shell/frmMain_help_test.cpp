@@ -1,0 +1,201 @@
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+
+#include "controls/HelpPage.h"
+#include "controls/HelpWindow.h"
+#include "shell/HelpTopics.h"
+#include "shell/frmMain.h"
+#include "support/IsolatedSettings.h"
+#include "support/MessageBoxes.h"
+#include "support/StandInOpener.h"
+
+namespace brackwell {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The main window, with the built help file beside the program or whatever a test puts there.
+struct Shell {
+  Shell() {
+    Main.resize(900, 700);
+    Main.show();
+    if (!QTest::qWaitForWindowActive(&Main)) qFatal("no window");
+  }
+
+  void Choose(const QString& item) { Main.findChild<QAction*>(item)->trigger(); }
+  void PressF1() { QTest::keySequence(&Main, QKeySequence(u"F1"_s)); }
+
+  QList<HelpWindow*> HelpWindows() const {
+    QList<HelpWindow*> windows;
+    for (QWidget* window : QApplication::topLevelWidgets())
+      if (auto* help = qobject_cast<HelpWindow*>(window); help && help->isVisible()) windows << help;
+    return windows;
+  }
+
+  QString Topic() const {
+    return HelpWindows().isEmpty() ? QString() : HelpWindows()[0]->findChild<HelpPage*>()->Topic();
+  }
+  int Tab() const { return HelpWindows()[0]->findChild<QTabWidget*>(u"sstHelp"_s)->currentIndex(); }
+
+  MessageBoxes Boxes;
+  frmMain Main{ToolTable()};
+};
+
+QString HelpFilePath() { return QCoreApplication::applicationDirPath() + u"/Brackwell.chm"_s; }
+
+}  // namespace
+
+class frmMainHelpTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanupTestCase();
+
+  void ContentsAndSearch();
+  void F1WithoutATool();
+  void F1PerWindow_data();
+  void F1PerWindow();
+  void ASecondF1UsesTheSameWindow();
+  void AClosedWindowComesBack();
+  void ClosingTheMainWindowClosesIt();
+  void TheMainWindowStaysUsable();
+  void ADamagedFile();
+  void AMissingFile();
+  void AFileThatGoesAwayLater();
+};
+
+void frmMainHelpTest::init() {
+  QFile::remove(HelpFilePath());
+  QVERIFY(QFile::copy(QStringLiteral(BRACKWELL_HELP_FILE), HelpFilePath()));
+}
+
+void frmMainHelpTest::cleanupTestCase() { QFile::remove(HelpFilePath()); }
+
+void frmMainHelpTest::ContentsAndSearch() {
+  Shell shell;
+  const StandInOpener opener;
+  shell.Choose(u"mnuHelp_Contents"_s);
+  QCOMPARE(shell.HelpWindows().size(), 1);
+  QCOMPARE(shell.Tab(), 0);
+  QCOMPARE(shell.Topic(), u"welcome.html"_s);
+  shell.Choose(u"mnuHelp_Search"_s);
+  QCOMPARE(shell.HelpWindows().size(), 1);
+  QCOMPARE(shell.Tab(), 2);
+  QCOMPARE(opener.Opened(), QString());
+  QVERIFY(shell.Boxes.Shown().empty());
+}
+
+void frmMainHelpTest::F1WithoutATool() {
+  Shell shell;
+  shell.PressF1();
+  QCOMPARE(shell.Topic(), u"welcome.html"_s);
+}
+
+void frmMainHelpTest::F1PerWindow_data() {
+  QTest::addColumn<QString>("key");
+  QTest::addColumn<QString>("topic");
+  QTest::newRow("compare") << u"DirCompare"_s << u"compare.html"_s;
+  QTest::newRow("display") << u"DirDisplay"_s << u"directory-display.html"_s;
+  QTest::newRow("fonts") << u"FontDisplay"_s << u"fonts.html"_s;
+  QTest::newRow("replace") << u"Replace"_s << u"replace.html"_s;
+  QTest::newRow("rename") << u"RenImages"_s << u"rename.html"_s;
+  QTest::newRow("drives") << u"Drive"_s << u"drives.html"_s;
+}
+
+void frmMainHelpTest::F1PerWindow() {
+  QFETCH(QString, key);
+  QFETCH(QString, topic);
+  Shell shell;
+  shell.Main.findChild<QToolButton*>(key)->click();
+  shell.PressF1();
+  QCOMPARE(shell.Topic(), topic);
+}
+
+void frmMainHelpTest::ASecondF1UsesTheSameWindow() {
+  Shell shell;
+  shell.Main.findChild<QToolButton*>(u"DirCompare"_s)->click();
+  shell.PressF1();
+  HelpWindow* first = shell.HelpWindows().value(0);
+  shell.Main.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&shell.Main));
+  shell.Main.findChild<QToolButton*>(u"Drive"_s)->click();
+  shell.PressF1();
+  QCOMPARE(shell.HelpWindows(), QList<HelpWindow*>{first});
+  QCOMPARE(shell.Topic(), u"drives.html"_s);
+  QTRY_VERIFY(first->isActiveWindow());
+}
+
+void frmMainHelpTest::AClosedWindowComesBack() {
+  Shell shell;
+  shell.PressF1();
+  HelpWindow* first = shell.HelpWindows().value(0);
+  first->close();
+  QVERIFY(shell.HelpWindows().isEmpty());
+  shell.Choose(u"mnuHelp_Contents"_s);
+  QCOMPARE(shell.HelpWindows(), QList<HelpWindow*>{first});
+  first->showMinimized();
+  shell.Choose(u"mnuHelp_Contents"_s);
+  QVERIFY(!first->isMinimized());
+}
+
+void frmMainHelpTest::ClosingTheMainWindowClosesIt() {
+  Shell shell;
+  shell.PressF1();
+  QCOMPARE(shell.HelpWindows().size(), 1);
+  shell.Main.close();
+  QVERIFY(shell.HelpWindows().isEmpty());
+}
+
+void frmMainHelpTest::TheMainWindowStaysUsable() {
+  Shell shell;
+  shell.PressF1();
+  QVERIFY(!QApplication::activeModalWidget());
+  QVERIFY(!shell.HelpWindows()[0]->parentWidget());
+  shell.HelpWindows()[0]->close();
+  QVERIFY(shell.Main.isVisible());
+}
+
+void frmMainHelpTest::ADamagedFile() {
+  QFile file(HelpFilePath());
+  QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(file.size() / 2));
+  file.close();
+  Shell shell;
+  for (const QString& item : {u"mnuHelp_Contents"_s, u"mnuHelp_Search"_s, u"HelpKey"_s}) {
+    shell.Choose(item);
+    QCOMPARE(shell.Boxes.TakeTexts(), QStringList{u"The help file is damaged: "_s + HelpFilePath()});
+    QCOMPARE(shell.Boxes.Shown().back().Title, u"Brackwell Help"_s);
+    QCOMPARE(shell.Boxes.Shown().back().Icon, QMessageBox::Critical);
+    QVERIFY(shell.HelpWindows().isEmpty());
+  }
+}
+
+void frmMainHelpTest::AMissingFile() {
+  QVERIFY(QFile::remove(HelpFilePath()));
+  Shell shell;
+  for (const QString& item : {u"mnuHelp_Contents"_s, u"mnuHelp_Search"_s, u"HelpKey"_s}) {
+    shell.Choose(item);
+    QCOMPARE(shell.Boxes.TakeTexts(), QStringList{u"Cannot find help file."_s});
+    QVERIFY(shell.HelpWindows().isEmpty());
+  }
+}
+
+void frmMainHelpTest::AFileThatGoesAwayLater() {
+  Shell shell;
+  shell.PressF1();
+  QVERIFY(QFile::remove(HelpFilePath()));
+  shell.Choose(u"mnuHelp_Contents"_s);
+  QCOMPARE(shell.Boxes.TakeTexts(), QStringList{u"Cannot find help file."_s});
+}
+
+}  // namespace brackwell
+
+QTEST_MAIN(brackwell::frmMainHelpTest)
+#include "frmMain_help_test.moc"
