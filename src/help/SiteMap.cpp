@@ -22,7 +22,7 @@ std::string AsciiLower(std::string_view text) {
 
 /// The value of an attribute of a tag, given as what stands between "<" and ">".
 std::string Attribute(std::string_view tag, std::string_view name) {
-  const std::string start = " " + std::string(name) + "=\"";
+  const std::string start = std::string(" ").append(name).append("=\"");
   const std::size_t begin = AsciiLower(tag).find(start);
   if (begin == std::string::npos) return {};
   const std::string_view value = tag.substr(begin + start.size());

@@ -99,6 +99,21 @@ TEST_F(LaunchTest, ADocumentThatTheOpenerTakesIsASuccess) {
   EXPECT_EQ(OpenDocument(Document("report.htm"), nullptr), Opened);
 }
 
+TEST_F(LaunchTest, AWebAddressIsHandedOverAsItIs) {
+  OpenerWrites("echo \"$1\"");
+  EXPECT_EQ(OpenWebAddress("https://example.org/a%20b?c=d#e", nullptr), Opened);
+  ASSERT_TRUE(Appears(Seen()));
+  EXPECT_EQ(Read(Seen()), "https://example.org/a%20b?c=d#e\n");
+}
+
+TEST_F(LaunchTest, NothingElseIsAWebAddress) {
+  OpenerWrites("echo started");
+  for (const char* address :
+       {"", "file:///etc/passwd", "javascript:alert(1)", "ftp://example.org", "-h", "/bin/sh"})
+    EXPECT_EQ(OpenWebAddress(address, nullptr), 2) << address;
+  EXPECT_FALSE(fs::exists(Seen()));
+}
+
 TEST_F(LaunchTest, AFolderIsADocumentToo) {
   OpenerIs("exit 0");
   EXPECT_EQ(OpenDocument(mFolder.string(), nullptr), Opened);
