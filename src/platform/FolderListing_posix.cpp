@@ -157,7 +157,7 @@ class Listing final : public Folder {
   template <typename Visit>
   void ReadNames(Visit visit) const {
     if (!mReadable) throw FileSystemError(FileError::PermissionDenied, mPath);
-    alignas(dirent64) static thread_local char buffer[64 * 1024];
+    alignas(dirent64) char buffer[64 * 1024];  // not shared: a tick may have another folder read meanwhile
     if (lseek(mHandle.Get(), 0, SEEK_SET) != 0) Raise(errno, mPath);
     for (;;) {
       const auto length = getdents64(mHandle.Get(), buffer, sizeof buffer);

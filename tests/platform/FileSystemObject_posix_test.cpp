@@ -292,6 +292,18 @@ TEST_F(BigFolders, AreOrderedAndCanBeEndedAndAskedAgain) {
   EXPECT_EQ(NamesOf(again->Files()), names);
 }
 
+TEST_F(BigFolders, StayWholeWhenATickHasAnotherFolderRead) {
+  constexpr int Count = 3'000;
+  for (int file = 0; file < Count; ++file)
+    for (const char* folder : {"a", "other"})
+      mTree.File(std::string(folder) + "/" + folder + std::to_string(file));
+  const auto other = mFiles->GetFolder(mTree.Path("other"));
+  const auto folder = mFiles->GetFolder(mTree.Path("a"), [&] { NamesOf(other->Files()); });
+  const Names names = NamesOf(folder->Files());
+  EXPECT_EQ(names.size(), static_cast<std::size_t>(Count));
+  EXPECT_TRUE(std::ranges::all_of(names, [](const std::string& name) { return name.starts_with('a'); }));
+}
+
 // --- Moving
 
 TEST_F(Moving, TakesTheLinkNotWhatItLeadsTo) {
