@@ -8,13 +8,9 @@ using namespace Qt::StringLiterals;
 
 QString ToShownText(std::string_view native) { return QString::fromStdString(ShownText(native)); }
 
-QString ToToolTip(const QString& text) {
-  return u"<span style=\"white-space: pre-wrap\">"_s + text.toHtmlEscaped() + u"</span>"_s;
-}
-
 std::string ToNativePath(const QString& text) { return text.toStdString(); }
 
-QString AsToolTip(const QString& text) {
+QString ToToolTip(const QString& text) {
   return text.isEmpty() ? text
                         : u"<span style='white-space: pre-wrap'>"_s + text.toHtmlEscaped() + u"</span>"_s;
 }

@@ -176,7 +176,7 @@ QVariant CompareGrid::data(const QModelIndex& index, int role) const {
       if (const QIcon* picture = Picture(row, column)) return *picture;
       return {};
     case Qt::ToolTipRole:
-      return isText ? AsToolTip(data(index, Qt::DisplayRole).toString()) : QVariant();
+      return isText ? ToToolTip(data(index, Qt::DisplayRole).toString()) : QVariant();
     case Qt::AccessibleTextRole:
       return isText ? data(index, Qt::DisplayRole) : Spoken(row, column);
     default:

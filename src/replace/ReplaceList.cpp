@@ -56,7 +56,7 @@ QVariant ReplaceList::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return isFile ? ToShownText(row.Path) : QString::fromStdString(ResultText(row.Result));
     case Qt::ToolTipRole:
-      return isFile ? AsToolTip(ToShownText(row.Path)) : QVariant();
+      return isFile ? ToToolTip(ToShownText(row.Path)) : QVariant();
     default:
       return {};
   }
