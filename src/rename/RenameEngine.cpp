@@ -46,8 +46,13 @@ void CreateOrUse(FileSystemObject& files, const std::string& folder) {
   try {
     files.CreateFolder(folder);
   } catch (const FileSystemError&) {
-    // It may be there already. If it is not, each copy fails.
+    // It may be there already. If it is not, nothing is copied.
   }
+}
+
+/// A copy would replace what the link leads to, which may be one of the originals.
+bool IsLink(const Folder& folder, const std::string& name) {
+  return folder.Find(name) && (folder.FileDetails(name).Attributes & Attribute::Alias) != 0;
 }
 
 bool CopyAll(FileSystemObject& files, const RenamePlan& plan, Progress& progress) {
@@ -55,8 +60,9 @@ bool CopyAll(FileSystemObject& files, const RenamePlan& plan, Progress& progress
   const std::string target = JoinPath(plan.Folder, RenamedFilesFolder);
   CreateOrUse(files, target);
   if (files.Identity(target) == originals) return true;  // a link back: copies would replace originals
+  const auto copies = files.GetFolder(target);
   return ForEachChecked(plan, "Copying ", progress, [&](const std::string& name, const std::string& newName) {
-    if (!IsFileName(newName)) return;
+    if (!IsFileName(newName) || IsLink(*copies, newName)) return;
     files.CopyFile(JoinPath(plan.Folder, name), JoinPath(target, newName), true,
                    [&] { progress.DoEvents(); });
   });

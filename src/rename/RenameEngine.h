@@ -69,8 +69,8 @@ struct RenamePlan {
 };
 
 /// Renames or copies the ticked items from the top. A rename never overwrites, a copy replaces an earlier
-/// one; what fails, or would get a name that IsFileName refuses, is left as it is. False where it was stopped
-/// before its end.
+/// one, but no link; what fails, or would get a name that IsFileName refuses, is left as it is. False where
+/// it was stopped before its end.
 bool RenameFiles(FileSystemObject& files, const RenamePlan& plan, Progress& progress);
 
 /// What the user is told at the end; empty after renames in place.

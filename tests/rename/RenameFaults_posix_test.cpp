@@ -93,6 +93,17 @@ TEST_F(RenameFaults, ASubFolderThatLeadsBackGetsNoCopies) {
   EXPECT_EQ(Found(), (Lines{"Renamed Files: ", "a.jpg: a.jpg", "x1.JPG: x1.JPG"}));
 }
 
+TEST_F(RenameFaults, ACopyThatLeadsToAnOriginalDoesNotReplaceIt) {
+  Files({"a.jpg", "b.jpg", "c.jpg"});
+  Tree.Folder("images/Renamed Files");
+  Link("../b.jpg", "images/Renamed Files/x1.JPG");
+  Link("nowhere", "images/Renamed Files/x2.JPG");
+  Rename(List(), "x", "1", true);
+  EXPECT_EQ(Tree.Read("images/b.jpg"), "b.jpg");
+  EXPECT_EQ(Tree.List("images/Renamed Files"), (Lines{"x1.JPG", "x2.JPG", "x3.JPG"}));
+  EXPECT_EQ(Tree.Read("images/Renamed Files/x3.JPG"), "c.jpg");
+}
+
 TEST_F(RenameFaults, ASubFolderElsewhereGetsTheCopies) {
   File("a.jpg");
   Tree.Folder("elsewhere");
