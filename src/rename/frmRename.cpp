@@ -367,6 +367,7 @@ void frmRename::RenameFiles() {
 void frmRename::EnableControls(bool enabled) {
   for (QWidget* control : mControls->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
     if (control != cmdClose) control->setEnabled(enabled);
+  if (enabled) lvwFiles_ItemClick(SelectedRow());
 }
 
 void frmRename::Warn(const QString& text) { MsgBox(this, text, MsgIcon::Exclamation, windowTitle()); }

@@ -57,6 +57,20 @@ class frmRenameRunTest : public QObject {
     QCOMPARE(window.Panel(u"MESSAGE"_s), QString());
   }
 
+  void TheMoveButtonsComeBackAsTheyWere() {
+    RenameWindow window;
+    window.Add({u"a"_s, u"b"_s});
+    QVERIFY(window.ChooseAll());
+    window.SetNames(u"x"_s, u"1"_s);
+    bool ended = false;
+    connect(window.Form, &frmRename::RunEnded, [&] {
+      ended = true;
+      for (int i = 0; i < 2; ++i) QVERIFY(!window.Move(i).isEnabled());
+    });
+    window.Rename();
+    QVERIFY(ended);
+  }
+
   void EscEndsItAfterTheFileInHand() {
     RenameWindow window;
     MakeSlow(window);
