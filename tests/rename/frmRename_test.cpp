@@ -1,15 +1,11 @@
 #include "rename/frmRename.h"
 
-#include <sys/stat.h>
-
 #include <QGroupBox>
 #include <QLabel>
 #include <QScrollBar>
 #include <QSignalSpy>
 
 #include "rename/RenameWindow.h"
-#include "support/FullDisk_posix.h"
-#include "support/WithoutPrivileges_posix.h"
 
 namespace brackwell {
 
@@ -520,91 +516,11 @@ class frmRenameTest : public QObject {
     QCOMPARE(window.Lines(), (QStringList{u"[x] <b>a\u240Ab.jpg"_s, u"[x] \uFFFD.jpg"_s}));
     const QString toolTip = window.Form->List().index(0, 0).data(Qt::ToolTipRole).toString();
     QVERIFY(!toolTip.contains(u"<b>"_s));
+    QCOMPARE(window.Form->List().index(0, 1).data(Qt::ToolTipRole).toString(), QString());
     window.SetNames(u"Ü"_s, u"1"_s);
     window.Rename();
     QCOMPARE(window.OnDisk().size(), 2);
     QCOMPARE(window.OnDisk(), (QStringList{u"Ü1.JPG"_s, u"Ü2.JPG"_s}));
-  }
-
-  // --- faults
-
-  void AFolderThatIsGoneSaysSoAndEmptiesTheList() {
-    RenameWindow window;
-    window.Add({u"a.jpg"_s});
-    QVERIFY(window.ChooseAll());
-    window.Tree.Remove("images");
-    window.Extension(u"JPG"_s).click();
-    QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Cannot access specified folder."_s});
-    QCOMPARE(window.Lines(), QStringList());
-  }
-
-  void AFolderThatMayNotBeReadSaysSo() {
-    const WithoutPrivileges asAnyUser;
-    RenameWindow window;
-    window.Add({u"a.jpg"_s});
-    chmod(window.Tree.Path("images").c_str(), 0);
-    QVERIFY(window.ChooseAll());
-    QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Cannot access specified folder."_s});
-    QCOMPARE(window.Lines(), QStringList());
-    QCOMPARE(window.Panel(u"FOLDER"_s), QString::fromStdString(window.Tree.Path("images")));
-  }
-
-  void EveryCallThatFailsIsSurvived() {
-    int calls = 0;
-    {
-      RenameWindow window;
-      window.Add({u"a.jpg"_s, u"b.jpg"_s});
-      QVERIFY(window.ChooseAll());
-      window.SetNames(u"x"_s, u"1"_s);
-      window.Rename();
-      calls = window.Files.Calls();
-    }
-    for (int failAt = 1; failAt <= calls; ++failAt) {
-      RenameWindow window(failAt);
-      window.Add({u"a.jpg"_s, u"b.jpg"_s});
-      QVERIFY(window.ChooseAll());
-      window.SetNames(u"x"_s, u"1"_s);
-      window.Rename();
-      QCOMPARE(window.OnDisk().size(), 2);
-      QVERIFY(!window.Form->IsRunning());
-    }
-  }
-
-  void AReadOnlyFolderIsLeftInSilence() {
-    const WithoutPrivileges asAnyUser;
-    RenameWindow window;
-    window.Add({u"a.jpg"_s});
-    QVERIFY(window.ChooseAll());
-    chmod(window.Tree.Path("images").c_str(), 0555);
-    window.SetNames(u"x"_s, u"1"_s);
-    window.Rename();
-    QCOMPARE(window.Boxes.TakeTexts(),
-             (QStringList{u"Are you sure you want to rename these files?"_s, QString()}));
-    QCOMPARE(window.Lines(), QStringList{u"[x] a.jpg"_s});
-  }
-
-  void AFullDiskLeavesTheOriginalsAndNoHalfCopies() {
-    RenameWindow window;
-    window.Add({u"a.jpg"_s, u"b.jpg"_s});
-    QVERIFY(window.ChooseAll());
-    window.SetNames(u"x"_s, u"1"_s);
-    window.Get<QCheckBox>("chkPreserve").click();
-    {
-      const FullDisk full;
-      window.Rename();
-    }
-    QCOMPARE(window.OnDisk(), (QStringList{u"Renamed Files/"_s, u"a.jpg"_s, u"b.jpg"_s}));
-  }
-
-  void NamesThatNoFileMayHaveAreLeft() {
-    for (const QString& prefix : {u"../x"_s, u"a/b"_s, u"a\\b"_s, u"a:b"_s, QString(300, u'x')}) {
-      RenameWindow window;
-      window.Add({u"a.jpg"_s});
-      QVERIFY(window.ChooseAll());
-      window.SetNames(prefix, u"1"_s);
-      window.Rename();
-      QCOMPARE(window.OnDisk({}), (QStringList{u"images/"_s, u"images/a.jpg"_s}));
-    }
   }
 };
 
