@@ -36,7 +36,7 @@ bool ForEachChecked(const RenamePlan& plan, std::string_view doing, Progress& pr
 }
 
 bool RenameInPlace(const FileSystemObject& files, const RenamePlan& plan, Progress& progress) {
-  const auto folder = files.GetFolder(plan.Folder, [&] { progress.DoEvents(); });
+  const auto folder = files.GetFolder(plan.Folder);
   return ForEachChecked(
       plan, "Renaming ", progress,
       [&](const std::string& name, const std::string& newName) { folder->Rename(name, newName); });
