@@ -304,6 +304,7 @@ void frmRename::cmdRename_Click() {
   if (!mList->HasNewNames()) return Warn(u"There is nothing to rename!"_s);
   if (!MsgBoxYesNo(this, u"Are you sure you want to rename these files?"_s, MsgIcon::Question, windowTitle()))
     return;
+  if (!mList->HasNewNames()) return;  // the folder has gone meanwhile, and the tree shows another one
   RenameFiles();
   if (!CloseAsked()) LoadFileList();
 }

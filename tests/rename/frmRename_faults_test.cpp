@@ -1,5 +1,9 @@
 #include <sys/stat.h>
 
+#include <QMessageBox>
+#include <functional>
+#include <utility>
+
 #include "rename/RenameWindow.h"
 #include "support/FullDisk_posix.h"
 #include "support/WithoutPrivileges_posix.h"
@@ -7,6 +11,25 @@
 // The rename window where the disk does not play along, and names that no file may have.
 
 namespace brackwell {
+
+namespace {
+
+/// Does something while the next message box waits for its answer.
+class WhileAsked : public QObject {
+ public:
+  explicit WhileAsked(std::function<void()> step) : mStep(std::move(step)) { qApp->installEventFilter(this); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (mStep && event->type() == QEvent::Show && qobject_cast<QMessageBox*>(watched))
+      std::exchange(mStep, nullptr)();
+    return false;
+  }
+
+ private:
+  std::function<void()> mStep;
+};
+
+}  // namespace
 
 class frmRenameFaultsTest : public QObject {
   Q_OBJECT
@@ -22,6 +45,24 @@ class frmRenameFaultsTest : public QObject {
     window.Extension(u"JPG"_s).click();
     QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Cannot access specified folder."_s});
     QCOMPARE(window.Lines(), QStringList());
+  }
+
+  void AFolderThatGoesWhileTheQuestionIsAskedIsNotRenamedElsewhere() {
+    RenameWindow window;
+    window.Add({u"a.jpg"_s});
+    window.Add({u"b.jpg"_s}, "other");
+    QVERIFY(window.ChooseAll());
+    window.SetNames(u"x"_s, u"1"_s);
+    window.Get<QCheckBox>("chkPreserve").click();
+    bool chosen = false;
+    const WhileAsked asked([&] {
+      window.Tree.Remove("images");
+      chosen = window.Choose("other");
+    });
+    window.Rename();
+    QVERIFY(chosen);
+    QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Are you sure you want to rename these files?"_s});
+    QCOMPARE(window.OnDisk("other"), QStringList{u"b.jpg"_s});
   }
 
   void AFolderThatMayNotBeReadSaysSo() {
