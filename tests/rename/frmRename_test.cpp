@@ -89,6 +89,26 @@ class frmRenameTest : public QObject {
         QVERIFY2(!control->accessibleName().isEmpty(), qPrintable(control->objectName()));
   }
 
+  void TabGoesDownTheLeftSideAndThenDownTheRightOne() {
+    RenameWindow window;
+    window.Add({u"a"_s, u"b"_s, u"c"_s});
+    QVERIFY(window.ChooseAll());
+    window.Select(1);
+    window.Folders().setFocus();
+    QStringList expected{u"FolderTree"_s};
+    for (int i = 0; i < Extensions.size(); ++i) expected << u"chkExtension(%1)"_s.arg(i);
+    expected << u"txtOtherExtension(0)"_s << u"txtOtherExtension(1)"_s << u"lvwFiles"_s << u"cmdCheck(0)"_s
+             << u"cmdCheck(1)"_s << u"cmdMoveItem(0)"_s << u"cmdMoveItem(1)"_s << u"txtPrefix"_s
+             << u"txtStartNum"_s << u"chkPreserve"_s << u"cmdSetNames"_s << u"cmdRename"_s << u"cmdClose"_s;
+    QStringList visited;
+    for (int i = 0; i < expected.size(); ++i) {
+      QWidget* focused = window.Area.focusWidget();
+      visited << focused->objectName();
+      QTest::keyPress(focused, Qt::Key_Tab);  // released in a box for extensions, it would list anew
+    }
+    QCOMPARE(visited, expected);
+  }
+
   void ThereIsNothingToPrint() {
     RenameWindow window;
     QCOMPARE(window.Form->metaObject()->indexOfMethod("PrintData()"), -1);
