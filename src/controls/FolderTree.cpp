@@ -138,9 +138,10 @@ void FolderTree::Stop() {
   mFolders->Stop();
 }
 
-void FolderTree::changeEvent(QEvent* event) {
-  QTreeView::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && isActiveWindow()) Refresh();
+/// A change of activation is told to the window alone, that it is active now to everything inside.
+bool FolderTree::event(QEvent* event) {
+  if (event->type() == QEvent::WindowActivate) Refresh();
+  return QTreeView::event(event);
 }
 
 /// The column is as wide as its names, and never narrower than the tree.

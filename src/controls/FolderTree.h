@@ -41,7 +41,7 @@ class FolderTree : public QTreeView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  void changeEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,

@@ -6,6 +6,7 @@
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
 #include <QHelpEvent>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <condition_variable>
@@ -461,13 +462,18 @@ void FolderTreeTest::OpeningAgainFollowsTheDisk() {
 void FolderTreeTest::ComingBackToTheProgramFollowsTheDisk() {
   mDisk->Folder("a");
   Open(HomeIndex(), 1);
+  QWidget window;
+  mTree->setParent(&window);
+  const auto takenOut = qScopeGuard([this] { mTree->setParent(nullptr); });
+  mTree->show();
+  window.show();
   QWidget other;
   other.show();
   other.activateWindow();
   QVERIFY(QTest::qWaitForWindowActive(&other));
   mDisk->Folder("b");
-  mTree->activateWindow();
-  QVERIFY(QTest::qWaitForWindowActive(mTree.get()));
+  window.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&window));
   QTRY_COMPARE(Names(HomeIndex()), (QStringList{u"a"_s, u"b"_s}));
 }
 
