@@ -117,7 +117,7 @@ void FolderTreeModel::TakeNews(FolderLister::News news) {
   InsertChildren(folder, news.Names);
   if (!news.Ended) return;
   std::vector<std::string> found = std::move(listing.Found);
-  mListings.erase(at);
+  mListings.erase(news.Listing);  // not `at`: the view may have begun other listings meanwhile
   End(folder, std::move(found), news.Failure);
 }
 
