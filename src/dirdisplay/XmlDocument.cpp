@@ -11,10 +11,16 @@ namespace {
 
 constexpr bool IsPlain(char c) { return static_cast<signed char>(c) >= 0x20; }
 
+/// Ends a line for some programs. Browsers take the number of a control character for one of code page 1252.
+constexpr bool MayBreakLine(utf8proc_int32_t code) {
+  return (code >= 0x80 && code < 0xA0) || code == 0x2028 || code == 0x2029;
+}
+
 constexpr utf8proc_int32_t XmlCharacter(utf8proc_int32_t code, bool oneLine) {
   constexpr utf8proc_int32_t FirstControlPicture = 0x2400;
   constexpr utf8proc_int32_t Replacement = 0xFFFD;
   if (code == '\t' || code == '\n' || code == '\r') return oneLine ? code + FirstControlPicture : code;
+  if (oneLine && MayBreakLine(code)) return Replacement;
   return code < 0x20 || code == 0xFFFE || code == 0xFFFF ? Replacement : code;
 }
 

@@ -66,7 +66,7 @@ class XmlDocument {
 
 /// Makes a native text one that every document can hold: what is no valid text, or no character of XML,
 /// becomes U+FFFD. With `oneLine`, tabs and line breaks become their pictures, since one of them in a name
-/// would look like the end of a field or line.
+/// would look like the end of a field or line, and other control characters and separators of lines U+FFFD.
 void MakeXmlText(std::string& text, bool oneLine);
 
 }  // namespace brackwell

@@ -95,6 +95,18 @@ TEST_F(HostileNames, LineBreaksAndTabsAreKeptInXmlAndShownElsewhere) {
   EXPECT_NE(Display().find("<td>a&#9226;b&#9225;c&#9229;d</td>"), std::string::npos);
 }
 
+TEST_F(HostileNames, ControlCharactersAreKeptInXmlOnly) {
+  // U+0080, U+0085 and U+2028
+  Tree.File("top/a\xC2\x80z\xC2\x85y\xE2\x80\xA8x");
+  EXPECT_EQ(Names(), Lines{"a\xC2\x80z\xC2\x85y\xE2\x80\xA8x"});
+  EXPECT_EQ(Lint(), "");
+  Options.Format = DisplayFormat::Text;
+  const std::string r = "\xEF\xBF\xBD";
+  EXPECT_EQ(SplitLines(Display()).back(), "  File\ta" + r + "z" + r + "y" + r + "x");
+  Options.Format = DisplayFormat::Html;
+  EXPECT_NE(Display().find("<td>a&#65533;z&#65533;y&#65533;x</td>"), std::string::npos);
+}
+
 TEST_F(HostileNames, AnyBytesMakeAWholeDocumentInBothStyles) {
   std::mt19937 random(1);
   for (int i = 0; i < 200; ++i) {
