@@ -13,6 +13,16 @@
   <!-- In this encoding all other characters are written by their numbers and read right anywhere. -->
   <xsl:output method="html" encoding="US-ASCII" doctype-system="about:legacy-compat" indent="no"/>
 
+  <!-- The end of a coloured row that has fewer columns than the other kind has. -->
+  <xsl:variable name="more-of-files"
+                select="count(/*/descendant::file[1]/@*) - count(/*/folder/@*)"/>
+  <xsl:variable name="folder-rest">
+    <xsl:if test="$more-of-files &gt; 0"><td colspan="{$more-of-files}"/></xsl:if>
+  </xsl:variable>
+  <xsl:variable name="file-rest">
+    <xsl:if test="$more-of-files &lt; 0"><td colspan="{-$more-of-files}"/></xsl:if>
+  </xsl:variable>
+
   <xsl:template match="/directory_display">
     <html>
       <head>
@@ -20,7 +30,7 @@
         <meta name="viewport" content="width=device-width, initial-scale=1"/>
         <style>
 :root { color-scheme: light dark; --page: #fff; --text: #1d2733; --quiet: #5b6877; --line: #dde3ea;
-  --folder: #eaf1f9; --head: #24476b; --head-text: #fff; }
+  --folder: #eaf1f9; --head: #24476b; --head-text: #fff; --path-width: 12em; }
 @media (prefers-color-scheme: dark) {
   :root { --page: #161b21; --text: #dfe6ee; --quiet: #93a1b1; --line: #2c3640; --folder: #1f2b38;
     --head: #0f2a45; --head-text: #e6eef7; }
@@ -32,7 +42,7 @@ p { margin: .2em 0 1.2em; color: var(--quiet); }
 table { border-collapse: collapse; min-width: 100%; }
 th, td { padding: .25em .8em; text-align: left; vertical-align: top; white-space: pre-wrap; overflow-wrap: break-word; }
 thead { position: sticky; top: 0; }
-thead th { background: var(--head); color: var(--head-text); font-weight: 600; white-space: nowrap; }
+thead th, thead td { background: var(--head); color: var(--head-text); font-weight: 600; white-space: nowrap; }
 thead tr:first-child th { padding-top: .5em; }
 thead tr:last-child th { padding-bottom: .5em; }
 tbody tr { border-bottom: 1px solid var(--line); }
@@ -42,7 +52,8 @@ tbody :first-child:not(tr) { padding-left: calc(.8em + min(var(--level), 24) * 1
 tbody tr:not(.folder) :first-child { padding-left: calc(1.9em + min(var(--level), 24) * 1.1em); color: var(--quiet); }
 thead tr:not(.folder) :first-child { padding-left: 1.9em; }
 @media print {
-  :root { --page: #fff; --text: #000; --quiet: #444; --line: #bbb; --folder: #eee; --head: #fff; --head-text: #000; }
+  :root { --page: #fff; --text: #000; --quiet: #444; --line: #bbb; --folder: #eee; --head: #fff; --head-text: #000;
+    --path-width: 0; }
   body { padding: 0; font-size: 9pt; }
   thead { position: static; }
   thead tr:last-child { border-bottom: 2px solid #000; }
@@ -70,17 +81,21 @@ thead tr:not(.folder) :first-child { padding-left: 1.9em; }
         <table>
           <thead>
             <xsl:for-each select="folder[@*]">
-              <tr class="folder"><th scope="col">Folder</th><xsl:call-template name="headings"/></tr>
+              <tr class="folder">
+                <th scope="col">Folder</th><xsl:call-template name="headings"/><xsl:copy-of select="$folder-rest"/>
+              </tr>
             </xsl:for-each>
             <xsl:for-each select="descendant::file[1]">
-              <tr><th scope="col">File</th><xsl:call-template name="headings"/></tr>
+              <tr>
+                <th scope="col">File</th><xsl:call-template name="headings"/><xsl:copy-of select="$file-rest"/>
+              </tr>
             </xsl:for-each>
           </thead>
           <xsl:for-each select="descendant::folder[@* or file]">
             <xsl:text>&#10;</xsl:text>
             <tbody style="--level:{count(ancestor::folder)}">
               <xsl:if test="@*">
-                <tr class="folder"><th scope="rowgroup">Folder</th><xsl:for-each select="@*"><td><xsl:value-of select="."/></td></xsl:for-each></tr>
+                <tr class="folder"><th scope="rowgroup">Folder</th><xsl:for-each select="@*"><td><xsl:value-of select="."/></td></xsl:for-each><xsl:copy-of select="$folder-rest"/></tr>
               </xsl:if>
               <xsl:for-each select="file">
                 <xsl:text>&#10;</xsl:text>
@@ -93,7 +108,8 @@ thead tr:not(.folder) :first-child { padding-left: 1.9em; }
     </html>
   </xsl:template>
 
-  <!-- Numbers are right-aligned; they and dates stay on one line; names and paths may break anywhere. -->
+  <!-- Numbers are right-aligned; they and dates stay on one line; names and paths may break anywhere, but not
+       after every few letters on a small screen. -->
   <xsl:template name="column-style">
     <xsl:param name="row"/>
     <xsl:choose>
@@ -101,7 +117,7 @@ thead tr:not(.folder) :first-child { padding-left: 1.9em; }
         <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }&#10;')"/>
       </xsl:when>
       <xsl:when test="contains(name(), 'name') or contains(name(), 'path') or name() = 'parent_folder'">
-        <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { overflow-wrap: anywhere; }&#10;')"/>
+        <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { overflow-wrap: anywhere; min-width: var(--path-width); }&#10;')"/>
       </xsl:when>
       <xsl:when test="starts-with(name(), 'date_') or name() = 'is_root' or name() = 'extension'">
         <xsl:value-of select="concat($row, ' :nth-child(', position() + 1, ') { white-space: nowrap; }&#10;')"/>

@@ -107,6 +107,7 @@ TEST_F(DisplayOutputTest, HtmlIsACompletePage) {
   EXPECT_EQ(page.find("<script"), std::string::npos);
   EXPECT_NE(page.find("\n.folder :nth-child(3) { text-align: right;"), std::string::npos);
   EXPECT_NE(page.find("\ntr:not(.folder) :nth-child(2) { text-align: right;"), std::string::npos);
+  EXPECT_NE(page.find("\n.folder :nth-child(2) { overflow-wrap: anywhere; min-width: "), std::string::npos);
   EXPECT_TRUE(std::ranges::all_of(page, [](char c) { return static_cast<unsigned char>(c) < 0x80; }));
 }
 
@@ -118,17 +119,29 @@ TEST_F(DisplayOutputTest, HtmlHasARowForEachFolderAndFile) {
   EXPECT_EQ(page,
             "<body><h1>Directory of ~/top</h1><p>3 folders, 3 files</p><table>"
             "<thead><tr class=\"folder\"><th scope=\"col\">Folder</th><th scope=\"col\">Full Name</th>"
-            "<th scope=\"col\">Size</th></tr><tr><th scope=\"col\">File</th><th scope=\"col\">Size</th>"
+            "<th scope=\"col\">Size</th><td colspan=\"1\"></td></tr>"
+            "<tr><th scope=\"col\">File</th><th scope=\"col\">Size</th>"
             "<th scope=\"col\">Name</th><th scope=\"col\">My Own Field</th></tr></thead>\n"
             "<tbody style=\"--level:0\"><tr class=\"folder\"><th scope=\"rowgroup\">Folder</th><td>~/top</td>"
-            "<td>9</td></tr>\n"
+            "<td>9</td><td colspan=\"1\"></td></tr>\n"
             "<tr><td>File</td><td>5</td><td>b.txt</td><td></td></tr></tbody>\n"
             "<tbody style=\"--level:1\"><tr class=\"folder\"><th scope=\"rowgroup\">Folder</th>"
-            "<td>~/top/sub</td><td>4</td></tr>\n"
+            "<td>~/top/sub</td><td>4</td><td colspan=\"1\"></td></tr>\n"
             "<tr><td>File</td><td>3</td><td>a &amp; {c}</td><td></td></tr>\n"
             "<tr><td>File</td><td>1</td><td>&#252;.cpp</td><td></td></tr></tbody>\n"
             "<tbody style=\"--level:2\"><tr class=\"folder\"><th scope=\"rowgroup\">Folder</th>"
-            "<td>~/top/sub/empty</td><td>0</td></tr></tbody></table></body></html>\n");
+            "<td>~/top/sub/empty</td><td>0</td><td colspan=\"1\"></td></tr></tbody></table></body></html>\n");
+}
+
+TEST_F(DisplayOutputTest, HtmlFillsTheShorterRowOfHeadings) {
+  MakeSmallTree();
+  Options.Format = DisplayFormat::Html;
+  Options.FileInfo = {};
+  const std::string page = Display();
+  EXPECT_NE(page.find("<tr><th scope=\"col\">File</th><td colspan=\"2\"></td></tr></thead>"),
+            std::string::npos)
+      << page;
+  EXPECT_NE(page.find("<td>~/top</td><td>9</td></tr>"), std::string::npos);
 }
 
 TEST_F(DisplayOutputTest, HtmlWithoutFolderDataHasFilesOnly) {
