@@ -9,6 +9,7 @@
 #include <libxslt/xsltutils.h>
 
 #include <algorithm>
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -94,7 +95,8 @@ Stylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path
   return stylesheet;
 }
 
-/// Lets events run while the library is at work.
+/// Lets events run while the library is at work, and takes what it writes. The library must not be left by an
+/// exception, so one that comes meanwhile ends its work and is raised afterwards.
 class Events {
  public:
   explicit Events(Progress& progress) : mProgress(progress) {}
@@ -107,26 +109,38 @@ class Events {
     context.debugStatus = XSLT_DEBUG_RUN;
   }
 
-  /// Takes the result piece by piece.
-  static int Write(void* output, const char* bytes, int length) {
-    auto& [events, text] = *static_cast<std::pair<Events*, std::string>*>(output);
-    text.append(bytes, static_cast<std::size_t>(length));
-    events->mProgress.DoEvents();
-    return events->mProgress.Stopped() ? -1 : length;
+  static int Write(void* events, const char* bytes, int length) {
+    auto& self = *static_cast<Events*>(events);
+    return self.GoesOnAfter({bytes, static_cast<std::size_t>(length)}) ? length : -1;
   }
+
+  void RaiseError() const {
+    if (mError) std::rethrow_exception(mError);
+  }
+  std::string TakeWritten() { return std::move(mWritten); }
 
  private:
   static void AtInstruction(xmlNode* /*instruction*/, xmlNode* /*node*/, xsltTemplate* /*matched*/,
                             xsltTransformContext* context) {
     if (context->state == XSLT_STATE_STOPPED) return;
     auto& events = *static_cast<Events*>(context->_private);
-    if (++events.mInstructions % 64 != 0) return;
-    events.mProgress.DoEvents();
-    if (events.mProgress.Stopped()) context->state = XSLT_STATE_STOPPED;
+    if (++events.mInstructions % 64 == 0 && !events.GoesOnAfter({})) context->state = XSLT_STATE_STOPPED;
+  }
+
+  bool GoesOnAfter(std::string_view written) try {
+    if (mError) return false;
+    mWritten += written;
+    mProgress.DoEvents();
+    return !mProgress.Stopped();
+  } catch (...) {
+    mError = std::current_exception();
+    return false;
   }
 
   Progress& mProgress;
   unsigned mInstructions = 0;
+  std::string mWritten;
+  std::exception_ptr mError;
 };
 
 void LimitOperations(xsltTransformContext& context, xmlDoc* document) {
@@ -137,18 +151,16 @@ void LimitOperations(xsltTransformContext& context, xmlDoc* document) {
   context.xpathCtxt->opLimit = context.opLimit;
 }
 
-std::string Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
+void Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
   // Text is text; its encoding is the program's affair.
   const auto* const method = reinterpret_cast<const char*>(stylesheet->method);
   const bool isText = method && std::string_view(method) == "text";
   xmlCharEncodingHandler* encoder = nullptr;
   if (!isText && stylesheet->encoding)
     encoder = xmlFindCharEncodingHandler(reinterpret_cast<const char*>(stylesheet->encoding));
-  std::pair<Events*, std::string> output(&events, {});
-  xmlOutputBuffer* const buffer = Require(xmlOutputBufferCreateIO(Events::Write, nullptr, &output, encoder));
+  xmlOutputBuffer* const buffer = Require(xmlOutputBufferCreateIO(Events::Write, nullptr, &events, encoder));
   xsltSaveResultTo(buffer, result, stylesheet);
   xmlOutputBufferClose(buffer);
-  return std::move(output.second);
 }
 
 std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, Progress& progress) {
@@ -160,9 +172,12 @@ std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, Progre
   xsltQuoteUserParams(context.get(), parameters);
   const Document result(
       xsltApplyStylesheetUser(stylesheet, document, nullptr, nullptr, nullptr, context.get()));
+  events.RaiseError();
   if (progress.Stopped()) return {};
   if (!result) throw TransformError();
-  return Serialize(result.get(), stylesheet, events);
+  Serialize(result.get(), stylesheet, events);
+  events.RaiseError();
+  return events.TakeWritten();
 }
 
 std::string ErrorText(int number, const std::string& description) {

@@ -1,5 +1,7 @@
 #include "dirdisplay/XmlApplyXsl.h"
 
+#include <new>
+
 #include "dirdisplay/DescribedFolder.h"
 
 namespace brackwell {
@@ -185,6 +187,28 @@ TEST_F(XmlApplyXslTest, AStylesheetThatTakesLongIsStopped) {
   EXPECT_EQ(Display(), "stopped");
   EXPECT_EQ(events, 200);
   EXPECT_EQ(Told, Lines{});
+}
+
+TEST_F(XmlApplyXslTest, WhatIsRaisedMeanwhileEndsTheRun) {
+  for (int i = 0; i < 300; ++i) Tree.File("top/" + std::to_string(i));
+  Stylesheet(
+      "<xsl:template match='/'><xsl:for-each select='//file'><xsl:value-of select='@name'/></xsl:for-each>"
+      "</xsl:template>");
+  const std::string whole = Display();
+  int events = 0;
+  int failAt = 0;
+  OnEvents = [&] {
+    if (++events == failAt) throw std::bad_alloc();
+  };
+  EXPECT_EQ(Display(), whole);
+  const int all = events;
+  EXPECT_GT(all, 300 + 5);  // those of the scan, of the instructions and of the output
+  for (failAt = 300; failAt <= all; ++failAt) {
+    events = 0;
+    EXPECT_THROW(Display(), std::bad_alloc) << failAt;
+    EXPECT_EQ(Tree.Read("out/dir_display.txt"), whole);
+    EXPECT_EQ(Told, Lines{});
+  }
 }
 
 TEST_F(XmlApplyXslTest, ARunWithinARunDisturbsNeither) {
