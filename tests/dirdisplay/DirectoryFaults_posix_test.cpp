@@ -257,6 +257,22 @@ TEST_F(Disks, APlantedLinkIsReplacedNotFollowed) {
   EXPECT_EQ(Tree.Read("precious"), "mine");
 }
 
+TEST_F(Disks, AFolderInTheOutputsPlaceIsTold) {
+  Tree.File("out/dir_display.xml/mine");
+  EXPECT_TRUE(Display().ends_with(" ~/out/dir_display.xml")) << Display();
+  EXPECT_EQ(Tree.List("out"), (Lines{"dir_display.xml/", "dir_display.xml/mine"}));
+}
+
+TEST_F(Disks, APipeInAStylesheetsPlaceIsNotWaitedFor) {
+  Options.ProgramFolder = Tree.Path("program");
+  Tree.Folder("program/xml");
+  ASSERT_EQ(mkfifo(Tree.Path("program/xml/dir_display_text.xsl").c_str(), 0600), 0);
+  Options.Format = DisplayFormat::Text;
+  EXPECT_EQ(Display(), "");
+  ASSERT_EQ(Told.size(), 1u);
+  EXPECT_NE(Told[0].find("~/program/xml/dir_display_text.xsl"), std::string::npos) << Told[0];
+}
+
 // --- Sizes and numbers
 
 TEST_F(Sizes, FilesBeyondFourGigabytes) {
