@@ -1,6 +1,8 @@
+#include <QChildEvent>
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLoggingCategory>
+#include <QPointer>
 #include <QQuickWindow>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -67,6 +69,7 @@ class View : public QWidget {
     mProfile.setUrlRequestInterceptor(&mOnlyThePage);
     mView->setPage(&mPage);
     mView->setContextMenuPolicy(Qt::NoContextMenu);
+    mView->installEventFilter(this);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(mView);
@@ -82,7 +85,31 @@ class View : public QWidget {
     mView->load(page);
   }
 
+ protected:
+  /// What takes the keys comes with each page anew.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == mView && event->type() == QEvent::ChildAdded) {
+      const QPointer<QWidget> keys = qobject_cast<QWidget*>(static_cast<QChildEvent*>(event)->child());
+      // Once it has all that it gets from its maker.
+      const auto place = [this, keys] {
+        if (keys) PlaceInTabOrder(*keys);
+      };
+      QMetaObject::invokeMethod(this, place, Qt::QueuedConnection);
+    }
+    return QWidget::eventFilter(watched, event);
+  }
+
  private:
+  /// Left alone, Tab would visit it last in the window, and the controls behind this view never.
+  void PlaceInTabOrder(QWidget& keys) {
+    QWidget* before = previousInFocusChain();
+    while (before != this && (before->focusPolicy() == Qt::NoFocus || before->focusProxy()))
+      before = before->previousInFocusChain();
+    setTabOrder(before, &keys);
+    mView->setFocusProxy(nullptr);
+    mView->setFocusProxy(&keys);  // follows it in the tab order
+  }
+
   // Each is used by those below it, and goes after them.
   OnlyThePage mOnlyThePage;
   QWebEngineProfile mProfile;  // off the record

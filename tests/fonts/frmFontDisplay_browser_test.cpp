@@ -40,6 +40,25 @@ class frmFontDisplayBrowserTest : public QObject {
     QTRY_VERIFY_WITH_TIMEOUT(HasBox(window), 120000);
   }
 
+  void TabPassesThroughTheBrowserInItsPlace() {
+    mFonts.Add("b.ttf", Boxes("Made Sans"));
+    mFonts.Use();
+    FontsWindow window;
+    QVERIFY(QTest::qWaitForWindowActive(&window.Area));
+    Sample(window);
+    window.Get<QToolButton>("chkStrikethru").setFocus();
+    const QStringList forth{u"webSample"_s, u"cmdSample"_s, u"cmdClose"_s, u"lvwFonts"_s};
+    for (const QString& name : forth) {
+      QTest::keyClick(window.Area.windowHandle(), Qt::Key_Tab);
+      QTRY_COMPARE(Focused(window), name);
+    }
+    const QStringList back{u"cmdClose"_s, u"cmdSample"_s, u"webSample"_s, u"chkStrikethru"_s};
+    for (const QString& name : back) {
+      QTest::keyClick(window.Area.windowHandle(), Qt::Key_Backtab, Qt::ShiftModifier);
+      QTRY_COMPARE(Focused(window), name);
+    }
+  }
+
   void TwoThousandFonts() {
     for (int i = 0; i < 2000; ++i)
       mFonts.Add(std::to_string(i) + ".ttf", Boxes("Made N" + std::to_string(i)));
@@ -69,6 +88,14 @@ class frmFontDisplayBrowserTest : public QObject {
     QSignalSpy loaded(Browser(window), SIGNAL(loadFinished(bool)));
     window.Click("cmdSample");
     QVERIFY(loaded.wait(120000));
+  }
+
+  /// The control that has the focus or holds what has it.
+  static QString Focused(FontsWindow& window) {
+    const auto& browser = window.Get<WebView>("webSample");
+    const QWidget* focused = QApplication::focusWidget();
+    if (!focused) return {};
+    return browser.isAncestorOf(focused) ? browser.objectName() : focused->objectName();
   }
 
   static bool HasBox(FontsWindow& window) {
