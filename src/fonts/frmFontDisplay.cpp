@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -111,8 +110,8 @@ QLayout* frmFontDisplay::BuildFonts() {
 
   auto* heading = new QHBoxLayout;
   heading->setSpacing(2);
-  heading->addWidget(hdgFonts, 1, Qt::AlignBottom);
-  for (QToolButton* button : cmdAll) heading->addWidget(button, 0, Qt::AlignBottom);
+  heading->addWidget(hdgFonts, 1);
+  for (QToolButton* button : cmdAll) heading->addWidget(button);
   return heading;
 }
 
@@ -146,8 +145,8 @@ QLayout* frmFontDisplay::BuildText() {
           [this](const QAction* entry) { tlbText_ButtonMenuClick(*entry); });
 
   auto* heading = new QHBoxLayout;
-  heading->addWidget(hdgText, 1, Qt::AlignBottom);
-  heading->addWidget(tlbText, 0, Qt::AlignBottom);
+  heading->addWidget(hdgText, 1);
+  heading->addWidget(tlbText);
   return heading;
 }
 

@@ -97,6 +97,16 @@ class frmFontDisplayTest : public QObject {
     QCOMPARE(window.Get<QPlainTextEdit>("txtText").toPlainText(), InitialText);
   }
 
+  void TheHeadingsAreOnOneLine() {
+    FontsWindow window;
+    const auto middle = [&window](const char* name) {
+      auto& control = window.Get<QWidget>(name);
+      return control.mapTo(window.Form, control.rect().center()).y();
+    };
+    for (const char* name : {"cmdAll(0)", "cmdAll(1)", "hdgText", "Presets"})
+      QVERIFY2(qAbs(middle(name) - middle("hdgFonts")) <= 1, name);
+  }
+
   void PrintFollowsTheActiveWindow() {
     FontsWindow window;
     window.Form->Form_Activate();
