@@ -57,7 +57,7 @@ class ValueReader {
                          &longestData, nullptr, nullptr) != ERROR_SUCCESS)
       mCount = 0;
     mName.resize(longestName + 1);  // the terminating zero is not counted
-    mData.resize(longestData);
+    mData.resize(longestData + 1);  // without room it would only be told the size, and as a success
   }
 
   void AddAll(KeyValues& values) {
