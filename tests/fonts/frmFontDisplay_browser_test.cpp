@@ -46,6 +46,7 @@ class frmFontDisplayBrowserTest : public QObject {
     FontsWindow window;
     QVERIFY(QTest::qWaitForWindowActive(&window.Area));
     Sample(window);
+    Sample(window);
     window.Get<QToolButton>("chkStrikethru").setFocus();
     const QStringList forth{u"webSample"_s, u"cmdSample"_s, u"cmdClose"_s, u"lvwFonts"_s};
     for (const QString& name : forth) {
