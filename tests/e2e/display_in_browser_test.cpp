@@ -69,7 +69,7 @@ class display_in_browser_test : public QObject {
     QCOMPARE(light[u"mode"].toString(), u"CSS1Compat"_s);
     QCOMPARE(light[u"scripts"].toInt(), 0);
     QCOMPARE(Texts(light[u"rows"]),
-             (QStringList{u"Folder | Name | Size | Is Root"_s, u"File | Size | Name"_s,
+             (QStringList{u"Folder | Name | Size | Is Root"_s, u"File | Size | Name | "_s,
                           u"Folder | top | 6 | False"_s, u"File | 5 | <script>top.hostile = hostile = 1;"_s,
                           u"File | 1 | gr\u00fc\u00df \u20ac \U0001f600 & co"_s,
                           u"Folder | \"><img src=x onerror=\"hostile=1\"> | 0 | False"_s,
