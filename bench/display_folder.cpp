@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "common/Progress.h"
+#include "BenchProgress.h"
 #include "dirdisplay/DisplayOutput.h"
 
 namespace {
@@ -17,24 +17,6 @@ using namespace brackwell;
 using Clock = std::chrono::steady_clock;
 
 double Seconds(Clock::duration time) { return std::chrono::duration<double>(time).count(); }
-
-/// What a window does between two paintings: read the clock.
-class BenchProgress final : public Progress {
- public:
-  void Message(std::string_view text) override { mText = text; }
-  void DoEvents() override {
-    const auto now = Clock::now();
-    mLongest = std::max(mLongest, now - mLast);
-    mLast = now;
-  }
-  bool Stopped() const override { return false; }
-  double LongestStall() const { return Seconds(mLongest); }
-
- private:
-  std::string mText;
-  Clock::time_point mLast = Clock::now();
-  Clock::duration mLongest{};
-};
 
 DisplayFormat FormatOf(const std::string& name) {
   if (name == "text") return DisplayFormat::Text;

@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "common/Progress.h"
+#include "BenchProgress.h"
 #include "rename/FolderFiles.h"
 #include "rename/RenameEngine.h"
 #include "rename/RenameList.h"
@@ -32,18 +32,6 @@ constexpr const char* StartNumber = "000001";
 double SecondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
-
-/// What a window does between two paintings: keep the text, read the clock.
-class BenchProgress final : public Progress {
- public:
-  void Message(std::string_view text) override { mText = text; }
-  void DoEvents() override { mNow = Clock::now(); }
-  bool Stopped() const override { return false; }
-
- private:
-  std::string mText;
-  Clock::time_point mNow;
-};
 
 [[noreturn]] void Fail(const std::string& what) {
   std::perror(what.c_str());

@@ -1,12 +1,11 @@
 // Find and replace's engine with its result list, as the window runs it: replace_files <folder> <extensions>
 // <find> [replace] prints the seconds, the files and the matches.
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <string>
 
-#include "common/Progress.h"
+#include "BenchProgress.h"
 #include "platform/FileSystemObject.h"
 #include "replace/ReplaceEngine.h"
 
@@ -16,24 +15,6 @@ using namespace brackwell;
 using Clock = std::chrono::steady_clock;
 
 double Seconds(Clock::duration time) { return std::chrono::duration<double>(time).count(); }
-
-/// What a window does between two paintings: keep the text, read the clock.
-class BenchProgress final : public Progress {
- public:
-  void Message(std::string_view text) override { mText = text; }
-  void DoEvents() override {
-    const auto now = Clock::now();
-    mLongest = std::max(mLongest, now - mLast);
-    mLast = now;
-  }
-  bool Stopped() const override { return false; }
-  double LongestStall() const { return Seconds(mLongest); }
-
- private:
-  std::string mText;
-  Clock::time_point mLast = Clock::now();
-  Clock::duration mLongest{};
-};
 
 }  // namespace
 
