@@ -5,11 +5,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
+#include "dirdisplay/FolderReader.h"
 #include "dirdisplay/PropertyCatalogue.h"
-#include "platform/FileSystemObject.h"
+#include "dirdisplay/PropertyValue.h"
 
 struct _xmlNode;
 
@@ -25,34 +27,6 @@ struct ScanOptions {
   std::vector<InfoItem> FolderInfo;  // what is ticked, in the order of the list
   std::vector<InfoItem> FileInfo;
 };
-
-/// A property as it is typed, or nothing.
-using PropertyValue = std::variant<std::monostate, bool, std::uint64_t, DateTime, std::string>;
-
-/// The value as text: dates in the user's general format, "True" and "False", plain numbers.
-std::string ToText(PropertyValue value);
-
-/// An open folder of which properties are asked, one after the other.
-struct FolderItem {
-  const FileSystemObject& Files;
-  Folder& Object;
-  std::optional<ItemDetails> Details = {};  // read when first needed
-};
-
-/// A listed file.
-struct FileItem {
-  const FileSystemObject& Files;
-  std::string_view FolderPath;
-  std::string_view Name;
-  ItemDetails Details = {};
-};
-
-/// A folder's property; nothing for one that cannot be read. Sizes are nothing too: they take a walk.
-PropertyValue GetFolderProperty(FolderItem& folder, InfoKey key);
-
-/// Whether a file's property is one of its Details.
-bool NeedsDetails(InfoKey key);
-PropertyValue GetFileProperty(const FileItem& file, InfoKey key);
 
 /// Describes folders and what is in them as elements of a document.
 class DirectoryScan {
@@ -72,12 +46,8 @@ class DirectoryScan {
     InfoKey Key;
   };
   struct KnownDate {
-    DateTime Date;
-    std::string Text;
-  };
-  struct SubFolder {
-    std::string Name;
-    bool IsLink;
+    DateTime Date{};
+    _xmlNode* Text = nullptr;
   };
   /// A folder that is described but for its sub-folders.
   struct Level {
@@ -85,21 +55,17 @@ class DirectoryScan {
     _xmlNode* FirstFile = nullptr;
     std::vector<_xmlNode*> SizeTexts = {};  // filled once all below is summed up
     std::uint64_t Size = 0;
-    std::size_t PathLength;
-    std::vector<SubFolder> SubFolders = {};
-    std::size_t Next = 0;
   };
 
   std::vector<Property> PropertiesOf(const std::vector<InfoItem>& items, InfoKey (*keyOf)(std::string_view));
-  void EnterFolder(_xmlNode* parent, _xmlNode* before, bool leadsBack);
-  void EnterSubFolder();
-  void LeaveFolder();
-  void AddFolderProperties(Folder& folder, Level& level);
-  void AddFiles(Folder& folder, Level& level);
+  ReadingPlan Plan(const std::string& path) const;
+  void EnterFolder(const FolderPart& part, _xmlNode* parent);
+  void LeaveFolders(std::size_t depth);
+  void AddFiles(const FolderPart& part);
   void AddFileNode(const FileItem& file, Level& level);
   _xmlNode* AddPropertyNode(_xmlNode* owner, const Property& property, PropertyValue value);
-  const std::string& DateContent(DateTime date);
-  PropertyValue SizeBelow(const std::string& path) const;
+  _xmlNode* TextNode(InfoKey key, PropertyValue value);
+  _xmlNode* DateNode(DateTime date);
   void DoEvents() const;
 
   const FileSystemObject& mFiles;
@@ -107,18 +73,16 @@ class DirectoryScan {
   XmlDocument& mDocument;
   const bool mOneLine;
   Progress& mProgress;
-  const Tick mTick;
 
   int mXmlType = 0;
   const unsigned char* mFolderName = nullptr;
   const unsigned char* mFileName = nullptr;
   std::vector<Property> mFolderProperties;
   std::vector<Property> mFileProperties;
-  bool mNeedsDetails = false;  // of files
-  bool mSumsUp = false;        // folders' sizes come from the walk itself
-  std::array<KnownDate, 256> mKnownDates;
-  std::string mPath;           // of the folder in hand
-  std::vector<Level> mLevels;  // not on the program's stack: trees may be deeper than that
+  bool mSumsUp = false;  // folders' sizes come from the walk itself
+  std::array<KnownDate, 256> mKnownDates{};
+  std::unordered_map<std::string, _xmlNode*> mKnownTypes;
+  std::vector<Level> mLevels;  // the folder in hand and those above it
 };
 
 }  // namespace brackwell

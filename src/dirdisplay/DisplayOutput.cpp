@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <exception>
+#include <functional>
 
 #include "common/Files.h"
 #include "common/Progress.h"
@@ -48,11 +49,11 @@ class Description {
     if (!scan.AddFolderNode(options.Folder, mDocument.Root(), xmlType)) throw StoppedByUser{};
   }
 
-  xmlDoc* Document() const { return mDocument.Get(); }
+  XmlDocument& Document() { return mDocument; }
 
  private:
   void AddAttribute(const char* name, const std::string& value) {
-    mDocument.SetText(mDocument.AddAttribute(mDocument.Root(), mDocument.Intern(name)), value);
+    mDocument.AddAttribute(mDocument.Root(), mDocument.Intern(name), mDocument.NewText(value));
   }
 
   XmlDocument mDocument;
@@ -60,29 +61,51 @@ class Description {
 
 std::string Transformed(const FileSystemObject& files, const DisplayOptions& options, const char* stylesheet,
                         Progress& progress, const ShowXslError& showError) {
-  const Description description(files, options, progress);
+  Description description(files, options, progress);
   std::string result =
       XmlApplyXsl(files, description.Document(), options.ProgramFolder + stylesheet, progress, showError);
   if (progress.Stopped()) throw StoppedByUser{};
   return result;
 }
 
-std::string WithDelimiters(std::string_view text, std::string_view delimiter) {
-  std::string result;
-  result.reserve(text.size());
+/// Writes a file in pieces of a size that is worth a call of the system, and lets events run in between.
+class PieceWriter {
+ public:
+  PieceWriter(TextWriter& file, Progress& progress) : mFile(file), mProgress(progress) {}
+
+  void Add(std::string_view bytes) {
+    constexpr std::size_t PieceSize = 256 * 1024;
+    mPiece += bytes;
+    if (mPiece.size() >= PieceSize) Flush();
+  }
+
+  void Flush() {
+    mFile.Write(mPiece);
+    mPiece.clear();
+    mProgress.DoEvents();
+    if (mProgress.Stopped()) throw StoppedByUser{};
+  }
+
+ private:
+  TextWriter& mFile;
+  Progress& mProgress;
+  std::string mPiece;
+};
+
+/// Puts the delimiter in the place of each marker.
+void WriteDelimited(std::string_view text, std::string_view delimiter, PieceWriter& writer) {
   for (std::size_t at = text.find(DelimiterMarker); at != std::string_view::npos;
        at = text.find(DelimiterMarker)) {
-    result += text.substr(0, at);
-    result += delimiter;
+    writer.Add(text.substr(0, at));
+    writer.Add(delimiter);
     text.remove_prefix(at + DelimiterMarker.size());
   }
-  return result += text;
+  writer.Add(text);
 }
 
-/// Saves a document piece by piece, since it may be very large.
 class DocumentSaver {
  public:
-  DocumentSaver(TextWriter& file, Progress& progress) : mFile(file), mProgress(progress) {}
+  explicit DocumentSaver(PieceWriter& writer) : mWriter(writer) {}
 
   void Save(xmlDoc* document) {
     const XmlMessages messages;  // the error of the file says all
@@ -90,16 +113,15 @@ class DocumentSaver {
     xmlSaveDoc(context, document);
     xmlSaveClose(context);
     if (mError) std::rethrow_exception(mError);
-    mFile.Write(mPiece);
   }
 
  private:
-  /// The library must not be left by an exception. It comes with a few thousand bytes at a time.
+  /// The library must not be left by an exception.
   static int Write(void* saver, const char* bytes, int length) {
     auto& self = *static_cast<DocumentSaver*>(saver);
     if (self.mError) return -1;
     try {
-      self.Add({bytes, static_cast<std::size_t>(length)});
+      self.mWriter.Add({bytes, static_cast<std::size_t>(length)});
       return length;
     } catch (...) {
       self.mError = std::current_exception();
@@ -107,25 +129,17 @@ class DocumentSaver {
     }
   }
 
-  void Add(std::string_view bytes) {
-    constexpr std::size_t PieceSize = 256 * 1024;
-    mPiece += bytes;
-    mProgress.DoEvents();
-    if (mProgress.Stopped()) throw StoppedByUser{};
-    if (mPiece.size() < PieceSize) return;
-    mFile.Write(mPiece);
-    mPiece.clear();
-  }
-
-  TextWriter& mFile;
-  Progress& mProgress;
-  std::string mPiece;
+  PieceWriter& mWriter;
   std::exception_ptr mError;
 };
 
-void SaveDocument(FileSystemObject& files, xmlDoc* document, const std::string& path, Progress& progress) {
+/// Appears once `write` has written all of it.
+void WriteFile(FileSystemObject& files, const std::string& path, Progress& progress,
+               const std::function<void(PieceWriter&)>& write) {
   const auto file = files.CreateTextFile(path, true);
-  DocumentSaver(*file, progress).Save(document);
+  PieceWriter writer(*file, progress);
+  write(writer);
+  writer.Flush();
   file->Close();
 }
 
@@ -134,16 +148,20 @@ void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const s
   switch (options.Format) {
     case DisplayFormat::Text: {
       const std::string text = Transformed(files, options, "/xml/dir_display_text.xsl", progress, showError);
-      WriteTextFile(files, path, true, WithDelimiters(text, DelimiterText(options.TextDelimiter)));
+      const std::string delimiter = DelimiterText(options.TextDelimiter);
+      WriteFile(files, path, progress, [&](PieceWriter& writer) { WriteDelimited(text, delimiter, writer); });
       break;
     }
     case DisplayFormat::Html:
       WriteTextFile(files, path, true,
                     Transformed(files, options, "/xml/dir_display_html.xsl", progress, showError));
       break;
-    case DisplayFormat::Xml:
-      SaveDocument(files, Description(files, options, progress).Document(), path, progress);
+    case DisplayFormat::Xml: {
+      Description description(files, options, progress);
+      WriteFile(files, path, progress,
+                [&](PieceWriter& writer) { DocumentSaver(writer).Save(description.Document().Get()); });
       break;
+    }
   }
 }
 

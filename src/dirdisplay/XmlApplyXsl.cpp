@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <memory>
 #include <utility>
 
 #include "common/Progress.h"
@@ -32,22 +31,6 @@ constexpr unsigned long MostOperations = 4'000'000'000;
 
 /// The library has told why.
 struct TransformError {};
-
-struct DocumentDeleter {
-  void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-struct StylesheetDeleter {
-  void operator()(xsltStylesheet* stylesheet) const { xsltFreeStylesheet(stylesheet); }
-};
-struct TransformDeleter {
-  void operator()(xsltTransformContext* context) const { xsltFreeTransformContext(context); }
-};
-struct ParserDeleter {
-  void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
-};
-using Document = std::unique_ptr<xmlDoc, DocumentDeleter>;
-using Stylesheet = std::unique_ptr<xsltStylesheet, StylesheetDeleter>;
-using Transform = std::unique_ptr<xsltTransformContext, TransformDeleter>;
 
 /// While one is alive no document leads to another file.
 class NoOtherFiles {
@@ -75,22 +58,20 @@ void ForbidFilesAndNetwork() {
   xsltSetDefaultSecurityPrefs(forbidding);
 }
 
-Document ParseStylesheet(const FileSystemObject& files, const std::string& path) {
+xmlDoc* ParseStylesheet(const FileSystemObject& files, const std::string& path) {
   const std::string text = files.OpenTextFile(path)->ReadAll();
-  const std::unique_ptr<xmlParserCtxt, ParserDeleter> parser(Require(xmlNewParserCtxt()));
   // Entities of its own are what makes a stylesheet readable; the parser itself sees to it that they do not
   // grow beyond measure.
-  Document document(xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()), path.c_str(),
-                                      nullptr, XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET));
+  xmlDoc* const document =
+      xmlCtxtReadMemory(Require(xmlNewParserCtxt()), text.data(), static_cast<int>(text.size()), path.c_str(),
+                        nullptr, XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET);
   if (!document) throw TransformError();
   return document;
 }
 
-Stylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path) {
+xsltStylesheet* LoadStylesheet(const FileSystemObject& files, const std::string& path) {
   const NoOtherFiles noOtherFiles;
-  Document document = ParseStylesheet(files, path);
-  Stylesheet stylesheet(xsltParseStylesheetDoc(document.get()));
-  if (stylesheet) static_cast<void>(document.release());  // it is the stylesheet's now
+  xsltStylesheet* const stylesheet = xsltParseStylesheetDoc(ParseStylesheet(files, path));
   if (!stylesheet || stylesheet->errors != 0) throw TransformError();
   return stylesheet;
 }
@@ -99,7 +80,7 @@ Stylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path
 /// exception, so one that comes meanwhile ends its work and is raised afterwards.
 class Events {
  public:
-  explicit Events(Progress& progress) : mProgress(progress) {}
+  Events(const XmlMemory& memory, Progress& progress) : mMemory(memory), mProgress(progress) {}
 
   /// The library's debugger is the one who is called at every instruction.
   void Watch(xsltTransformContext& context) {
@@ -117,6 +98,7 @@ class Events {
   void RaiseError() const {
     if (mError) std::rethrow_exception(mError);
   }
+  void Reserve(std::size_t size) { mWritten.reserve(size); }
   std::string TakeWritten() { return std::move(mWritten); }
 
  private:
@@ -124,7 +106,12 @@ class Events {
                             xsltTransformContext* context) {
     if (context->state == XSLT_STATE_STOPPED) return;
     auto& events = *static_cast<Events*>(context->_private);
-    if (++events.mInstructions % 64 == 0 && !events.GoesOnAfter({})) context->state = XSLT_STATE_STOPPED;
+    if (events.mMemory.IsTooMuch()) {
+      xsltTransformError(context, nullptr, nullptr, "The stylesheet takes too much memory.\n");
+      context->state = XSLT_STATE_STOPPED;
+    } else if (++events.mInstructions % 64 == 0 && !events.GoesOnAfter({})) {
+      context->state = XSLT_STATE_STOPPED;
+    }
   }
 
   bool GoesOnAfter(std::string_view written) try {
@@ -137,6 +124,7 @@ class Events {
     return false;
   }
 
+  const XmlMemory& mMemory;
   Progress& mProgress;
   unsigned mInstructions = 0;
   std::string mWritten;
@@ -163,19 +151,20 @@ void Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
   xmlOutputBufferClose(buffer);
 }
 
-std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, Progress& progress) {
-  const Transform context(Require(xsltNewTransformContext(stylesheet, document)));
+std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, const XmlMemory& memory,
+                            Progress& progress) {
+  xsltTransformContext* const context = Require(xsltNewTransformContext(stylesheet, document));
   LimitOperations(*context, document);
-  Events events(progress);
+  Events events(memory, progress);
   events.Watch(*context);
   const char* parameters[] = {"line-end", LineEnd, nullptr};
-  xsltQuoteUserParams(context.get(), parameters);
-  const Document result(
-      xsltApplyStylesheetUser(stylesheet, document, nullptr, nullptr, nullptr, context.get()));
+  xsltQuoteUserParams(context, parameters);
+  xmlDoc* const result = xsltApplyStylesheetUser(stylesheet, document, nullptr, nullptr, nullptr, context);
   events.RaiseError();
   if (progress.Stopped()) return {};
-  if (!result) throw TransformError();
-  Serialize(result.get(), stylesheet, events);
+  if (!result || context->state == XSLT_STATE_STOPPED) throw TransformError();
+  events.Reserve(memory.Used() / 8);  // costs nothing where it is not needed, and growing would
+  Serialize(result, stylesheet, events);
   events.RaiseError();
   return events.TakeWritten();
 }
@@ -195,15 +184,15 @@ std::string ErrorText(int number, const std::string& description) {
 
 }  // namespace
 
-std::string XmlApplyXsl(const FileSystemObject& files, xmlDoc* document, const std::string& path,
+std::string XmlApplyXsl(const FileSystemObject& files, XmlDocument& document, const std::string& path,
                         Progress& progress, const ShowXslError& showError) {
   ForbidFilesAndNetwork();
   std::string error;
   {
     const XmlMessages messages;
     try {
-      const Stylesheet stylesheet = LoadStylesheet(files, path);
-      return ApplyStylesheet(document, stylesheet.get(), progress);
+      xsltStylesheet* const stylesheet = LoadStylesheet(files, path);
+      return ApplyStylesheet(document.Get(), stylesheet, document.Memory(), progress);
     } catch (const FileSystemError& failed) {
       error = ErrorText(failed.Number(), failed.what());
     } catch (const TransformError&) {

@@ -3,12 +3,11 @@
 #include <functional>
 #include <string>
 
-struct _xmlDoc;
-
 namespace brackwell {
 
 class FileSystemObject;
 class Progress;
+class XmlDocument;
 
 /// Shows the user what went wrong with a stylesheet: a critical message box with the title "XmlApplyXsl". The
 /// text is UTF-8, its lines end in CR LF.
@@ -18,7 +17,7 @@ using ShowXslError = std::function<void(const std::string& text)>;
 /// is told through `showError` and the result is empty. Stylesheets can be anybody's: they reach no other
 /// file and no network, and one that does not come to an end is ended. They may take the parameter
 /// "line-end". Lets events run; once `progress` is stopped, the result is empty and nothing is told.
-std::string XmlApplyXsl(const FileSystemObject& files, _xmlDoc* document, const std::string& path,
+std::string XmlApplyXsl(const FileSystemObject& files, XmlDocument& document, const std::string& path,
                         Progress& progress, const ShowXslError& showError);
 
 }  // namespace brackwell

@@ -32,11 +32,6 @@ XmlDocument::XmlDocument(const std::string& rootName) : mDocument(Require(xmlNew
       NewNode<xmlNode>(XML_ELEMENT_NODE, Intern(rootName), reinterpret_cast<xmlNode*>(mDocument));
 }
 
-XmlDocument::~XmlDocument() {
-  mDocument->children = mDocument->last = nullptr;
-  xmlFreeDoc(mDocument);
-}
-
 const xmlChar* XmlDocument::Intern(const std::string& text) {
   return Require(xmlDictLookup(mDocument->dict, XmlChars(text), static_cast<int>(text.size())));
 }
@@ -50,47 +45,43 @@ xmlNode* XmlDocument::AddElement(xmlNode* parent, xmlNode* before, const xmlChar
   return element;
 }
 
-xmlNode* XmlDocument::AddAttribute(xmlNode* owner, const xmlChar* name) {
+xmlNode* XmlDocument::NewText(std::string_view value) {
+  auto* const text = NewNode<xmlNode>(XML_TEXT_NODE, xmlStringText, nullptr);
+  SetText(text, value);
+  return text;
+}
+
+void XmlDocument::AddText(xmlNode* owner, xmlNode* text) {
+  if (text->parent) {
+    auto* const twin = NewNode<xmlNode>(XML_TEXT_NODE, xmlStringText, nullptr);
+    twin->content = text->content;
+    text = twin;
+  }
+  text->parent = owner;
+  owner->children = owner->last = text;
+}
+
+void XmlDocument::AddAttribute(xmlNode* owner, const xmlChar* name, xmlNode* text) {
   auto* const attribute = NewNode<xmlAttr>(XML_ATTRIBUTE_NODE, name, owner);
   xmlAttr* last = mLastAttribute && mLastAttribute->parent == owner ? mLastAttribute : owner->properties;
   while (last && last->next) last = last->next;
   attribute->prev = last;
   (last ? last->next : owner->properties) = attribute;
   mLastAttribute = attribute;
-  return AddText(reinterpret_cast<xmlNode*>(attribute));
+  // Nobody asks a text of an attribute where it stands.
+  attribute->children = attribute->last = text;
 }
 
-xmlNode* XmlDocument::AddText(xmlNode* owner) {
-  auto* const text = NewNode<xmlNode>(XML_TEXT_NODE, xmlStringText, owner);
-  owner->children = owner->last = text;
-  return text;
-}
-
-void XmlDocument::SetText(xmlNode* text, std::string_view value) {
-  auto* const content = static_cast<xmlChar*>(Take(value.size() + 1));
-  std::memcpy(content, value.data(), value.size());
-  content[value.size()] = 0;
-  text->content = content;
-}
-
-void* XmlDocument::Take(std::size_t size) {
-  constexpr std::size_t BlockSize = 1 << 20;
-  constexpr std::size_t Alignment = alignof(xmlNode);
-  size = (size + Alignment - 1) / Alignment * Alignment;
-  if (size > mLeft) {
-    mLeft = std::max(size, BlockSize);
-    mBlocks.push_back(std::make_unique_for_overwrite<std::byte[]>(mLeft));
-    mFree = mBlocks.back().get();
-  }
-  std::byte* const taken = mFree;
-  mFree += size;
-  mLeft -= size;
-  return taken;
+xmlChar* XmlDocument::Copy(std::string_view text) {
+  auto* const copy = static_cast<xmlChar*>(mMemory.Take(text.size() + 1));
+  std::memcpy(copy, text.data(), text.size());
+  copy[text.size()] = 0;
+  return copy;
 }
 
 template <typename Node>
 Node* XmlDocument::NewNode(xmlElementType type, const xmlChar* name, xmlNode* parent) {
-  auto* const node = new (Take(sizeof(Node))) Node{};
+  auto* const node = new (mMemory.Take(sizeof(Node))) Node{};
   node->type = type;
   node->name = name;
   node->parent = parent;

@@ -3,11 +3,11 @@
 #include <libxml/tree.h>
 
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "dirdisplay/XmlMemory.h"
 
 namespace brackwell {
 
@@ -24,43 +24,41 @@ inline const xmlChar* XmlChars(const std::string& text) {
 }
 
 /// A document of the library's, to be built and read. It may have millions of nodes, so these lie one behind
-/// the other in memory of ours and go all at once: the library's way, three allocations for a value, takes
-/// half as long again for the whole display. Nothing may therefore take a node out of the document.
+/// the other: the library's way, three allocations for a value, takes half as long again for the whole
+/// display. Nothing may therefore take a node out of the document.
+///
+/// Whatever the library makes on this thread while a document is there goes with it: see XmlMemory.
 class XmlDocument {
  public:
   /// With an empty root element of that name.
   explicit XmlDocument(const std::string& rootName);
-  ~XmlDocument();
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;
 
   xmlDoc* Get() const { return mDocument; }
   xmlNode* Root() const { return mDocument->children; }
+  const XmlMemory& Memory() const { return mMemory; }
 
-  /// The document's own copy of a text that occurs often. Slow where there are very many.
+  /// The document's own copy of a name.
   const xmlChar* Intern(const std::string& text);
 
   /// Names must be interned. The new element comes before the child `before`, or last where that is null.
   xmlNode* AddElement(xmlNode* parent, xmlNode* before, const xmlChar* name);
-  /// The owner must not have one of that name. Gives the node that holds the text.
-  xmlNode* AddAttribute(xmlNode* owner, const xmlChar* name);
-  /// To an element without content.
-  xmlNode* AddText(xmlNode* owner);
-
-  void SetText(xmlNode* text, std::string_view value);
-  static void SetInterned(xmlNode* text, const xmlChar* value) {
-    text->content = const_cast<xmlChar*>(value);
-  }
+  /// A node with the document's own copy of the text, in no place yet.
+  xmlNode* NewText(std::string_view value);
+  void SetText(xmlNode* text, std::string_view value) { text->content = Copy(value); }
+  /// To an element without content. A text that is elsewhere already is there as well.
+  void AddText(xmlNode* owner, xmlNode* text);
+  /// The owner must not have an attribute of that name. Attributes may share a text.
+  void AddAttribute(xmlNode* owner, const xmlChar* name, xmlNode* text);
 
  private:
-  void* Take(std::size_t size);
+  xmlChar* Copy(std::string_view text);
   template <typename Node>
   Node* NewNode(xmlElementType type, const xmlChar* name, xmlNode* parent);
 
+  XmlMemory mMemory;
   xmlDoc* const mDocument;
-  std::vector<std::unique_ptr<std::byte[]>> mBlocks;
-  std::byte* mFree = nullptr;
-  std::size_t mLeft = 0;
   xmlAttr* mLastAttribute = nullptr;
 };
 

@@ -11,6 +11,9 @@
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+
+#include <functional>
 
 #include "common/Settings.h"
 #include "controls/FolderTree.h"
@@ -60,6 +63,17 @@ class DisplayWindow {
   }
 
   void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
+
+  /// In the midst of a run, at its n-th call of the file system: that one waits until it is done, and those
+  /// after it take their time.
+  void AtCall(int call, const std::function<void()>& action) {
+    Files.OnCall = [this, call, action] {
+      if (Files.Calls() == call)
+        QMetaObject::invokeMethod(&Area, action, Qt::BlockingQueuedConnection);
+      else if (Files.Calls() > call)
+        QThread::msleep(5);
+    };
+  }
 
   void Choose(const std::string& path) {
     auto& tree = Get<FolderTree>("FolderTree");

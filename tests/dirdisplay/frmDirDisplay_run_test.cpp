@@ -291,10 +291,10 @@ void frmDirDisplayRunTest::ThePointerIsBusyDuringARun() {
   DisplayWindow window;
   window.ChooseAll(2);
   bool wasBusy = false;
-  window.Files.OnCall = [&] {
+  window.AtCall(1, [&] {
     wasBusy =
         QGuiApplication::overrideCursor() && QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor;
-  };
+  });
   window.Click("cmdDisplay");
   QVERIFY(wasBusy);
   QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
@@ -304,9 +304,9 @@ void frmDirDisplayRunTest::EscapeEndsARun() {
   DisplayWindow window;
   for (int i = 0; i < 50; ++i) window.Tree.File("folder" + std::to_string(i) + "/file");
   window.ChooseAll(2);
-  window.Files.OnCall = [&] {
-    if (window.Files.Calls() == 5) QTest::keyClick(&window.Get<ListView>("lvwFileInfo"), Qt::Key_Escape);
-  };
+  window.Area.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&window.Area));
+  window.AtCall(5, [&] { QTest::keyClick(&window.Get<ListView>("lvwFileInfo"), Qt::Key_Escape); });
   window.Click("cmdDisplay");
   QVERIFY(window.Files.Calls() < 50);
   QVERIFY(!window.Form->IsRunning());
@@ -318,12 +318,11 @@ void frmDirDisplayRunTest::AClickDuringARunStartsAnew() {
   DisplayWindow window;
   for (int i = 0; i < 50; ++i) window.Tree.File("folder" + std::to_string(i) + "/file");
   window.ChooseAll(2);
-  window.Files.OnCall = [&] {
-    if (window.Files.Calls() != 5) return;
+  window.AtCall(5, [&] {
     window.Get<QCheckBox>("chkSubfolders").setChecked(false);
     window.Click("cmdDisplay");
     window.Click("cmdDisplay");
-  };
+  });
   window.Click("cmdDisplay");
   QVERIFY(!window.Form->IsRunning());
   QCOMPARE(window.Opener.Opened(), OpenedIn(window, "dir_display.xml"));
@@ -334,9 +333,7 @@ void frmDirDisplayRunTest::ClosingEndsARun() {
   DisplayWindow window;
   for (int i = 0; i < 50; ++i) window.Tree.File("folder" + std::to_string(i) + "/file");
   window.ChooseAll(2);
-  window.Files.OnCall = [&] {
-    if (window.Files.Calls() == 5) window.Click("cmdClose");
-  };
+  window.AtCall(5, [&] { window.Click("cmdClose"); });
   window.Click("cmdDisplay");
   QVERIFY(window.Files.Calls() < 50);
   QTRY_VERIFY(!window.Form);

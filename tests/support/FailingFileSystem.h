@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 
 #include "platform/FileSystemObject.h"
@@ -46,7 +47,7 @@ class FailingFileSystem final : public FileSystemObject {
   std::unique_ptr<FileSystemObject> mReal = CreateFileSystemObject();
   const int mFailAt;
   const FileError mError;
-  mutable int mCalls = 0;
+  mutable std::atomic<int> mCalls = 0;
 };
 
 }  // namespace brackwell
