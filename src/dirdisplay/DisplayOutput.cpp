@@ -49,7 +49,7 @@ class Description {
     if (!scan.AddFolderNode(options.Folder, mDocument.Root(), xmlType)) throw StoppedByUser{};
   }
 
-  XmlDocument& Document() { return mDocument; }
+  const XmlDocument& Document() const { return mDocument; }
 
  private:
   void AddAttribute(const char* name, const std::string& value) {
@@ -61,7 +61,7 @@ class Description {
 
 std::string Transformed(const FileSystemObject& files, const DisplayOptions& options, const char* stylesheet,
                         Progress& progress, const ShowXslError& showError) {
-  Description description(files, options, progress);
+  const Description description(files, options, progress);
   std::string result =
       XmlApplyXsl(files, description.Document(), options.ProgramFolder + stylesheet, progress, showError);
   if (progress.Stopped()) throw StoppedByUser{};
@@ -157,7 +157,7 @@ void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const s
                     Transformed(files, options, "/xml/dir_display_html.xsl", progress, showError));
       break;
     case DisplayFormat::Xml: {
-      Description description(files, options, progress);
+      const Description description(files, options, progress);
       WriteFile(files, path, progress,
                 [&](PieceWriter& writer) { DocumentSaver(writer).Save(description.Document().Get()); });
       break;

@@ -131,8 +131,7 @@ class Events {
   std::exception_ptr mError;
 };
 
-void LimitOperations(xsltTransformContext& context, xmlDoc* document) {
-  const auto elements = static_cast<unsigned long>(std::max(xmlXPathOrderDocElems(document), 0L));
+void LimitOperations(xsltTransformContext& context, unsigned long elements) {
   context.opLimit =
       std::min(elements, (MostOperations - Operations) / OperationsPerElement) * OperationsPerElement +
       Operations;
@@ -151,19 +150,19 @@ void Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
   xmlOutputBufferClose(buffer);
 }
 
-std::string ApplyStylesheet(xmlDoc* document, xsltStylesheet* stylesheet, const XmlMemory& memory,
-                            Progress& progress) {
-  xsltTransformContext* const context = Require(xsltNewTransformContext(stylesheet, document));
-  LimitOperations(*context, document);
-  Events events(memory, progress);
+std::string ApplyStylesheet(const XmlDocument& document, xsltStylesheet* stylesheet, Progress& progress) {
+  xsltTransformContext* const context = Require(xsltNewTransformContext(stylesheet, document.Get()));
+  LimitOperations(*context, static_cast<unsigned long>(document.Elements()));
+  Events events(document.Memory(), progress);
   events.Watch(*context);
   const char* parameters[] = {"line-end", LineEnd, nullptr};
   xsltQuoteUserParams(context, parameters);
-  xmlDoc* const result = xsltApplyStylesheetUser(stylesheet, document, nullptr, nullptr, nullptr, context);
+  xmlDoc* const result =
+      xsltApplyStylesheetUser(stylesheet, document.Get(), nullptr, nullptr, nullptr, context);
   events.RaiseError();
   if (progress.Stopped()) return {};
   if (!result || context->state == XSLT_STATE_STOPPED) throw TransformError();
-  events.Reserve(memory.Used() / 8);  // costs nothing where it is not needed, and growing would
+  events.Reserve(document.Memory().Used() / 8);  // costs nothing where it is not needed, and growing would
   Serialize(result, stylesheet, events);
   events.RaiseError();
   return events.TakeWritten();
@@ -184,7 +183,7 @@ std::string ErrorText(int number, const std::string& description) {
 
 }  // namespace
 
-std::string XmlApplyXsl(const FileSystemObject& files, XmlDocument& document, const std::string& path,
+std::string XmlApplyXsl(const FileSystemObject& files, const XmlDocument& document, const std::string& path,
                         Progress& progress, const ShowXslError& showError) {
   ForbidFilesAndNetwork();
   std::string error;
@@ -192,7 +191,7 @@ std::string XmlApplyXsl(const FileSystemObject& files, XmlDocument& document, co
     const XmlMessages messages;
     try {
       xsltStylesheet* const stylesheet = LoadStylesheet(files, path);
-      return ApplyStylesheet(document.Get(), stylesheet, document.Memory(), progress);
+      return ApplyStylesheet(document, stylesheet, progress);
     } catch (const FileSystemError& failed) {
       error = ErrorText(failed.Number(), failed.what());
     } catch (const TransformError&) {

@@ -17,7 +17,7 @@ using ShowXslError = std::function<void(const std::string& text)>;
 /// is told through `showError` and the result is empty. Stylesheets can be anybody's: they reach no other
 /// file and no network, and one that does not come to an end is ended. They may take the parameter
 /// "line-end". Lets events run; once `progress` is stopped, the result is empty and nothing is told.
-std::string XmlApplyXsl(const FileSystemObject& files, XmlDocument& document, const std::string& path,
+std::string XmlApplyXsl(const FileSystemObject& files, const XmlDocument& document, const std::string& path,
                         Progress& progress, const ShowXslError& showError);
 
 }  // namespace brackwell

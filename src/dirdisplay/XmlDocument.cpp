@@ -42,6 +42,7 @@ xmlNode* XmlDocument::AddElement(xmlNode* parent, xmlNode* before, const xmlChar
   element->next = before;
   (element->prev ? element->prev->next : parent->children) = element;
   (before ? before->prev : parent->last) = element;
+  ++mElements;
   return element;
 }
 

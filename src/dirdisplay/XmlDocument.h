@@ -37,6 +37,7 @@ class XmlDocument {
 
   xmlDoc* Get() const { return mDocument; }
   xmlNode* Root() const { return mDocument->children; }
+  std::size_t Elements() const { return mElements; }
   const XmlMemory& Memory() const { return mMemory; }
 
   /// The document's own copy of a name.
@@ -59,6 +60,7 @@ class XmlDocument {
 
   XmlMemory mMemory;
   xmlDoc* const mDocument;
+  std::size_t mElements = 1;
   xmlAttr* mLastAttribute = nullptr;
 };
 
