@@ -26,7 +26,8 @@ std::vector<frmImages::ListImage> LoadPictures(std::initializer_list<QString> ke
 
 QIcon ProgramIcon() {
   QIcon icon;
-  for (const int size : {16, 32, 48, 64, 128, 256}) icon.addFile(u":/icons/app/Brackwell-%1.png"_s.arg(size));
+  for (const int size : {16, 22, 24, 32, 48, 64, 96, 128, 256})
+    icon.addFile(u":/icons/app/Brackwell-%1.png"_s.arg(size));
   return icon;
 }
 
