@@ -15,7 +15,7 @@ void SetNames() {
   QApplication::setOrganizationName(u"Brackwell"_s);
   QApplication::setApplicationName(u"Brackwell"_s);
   QApplication::setApplicationVersion(QString::fromUtf8(brackwell::ProgramVersion));
-  QApplication::setDesktopFileName(u"io.github.brackwell.Brackwell"_s);
+  QApplication::setDesktopFileName(QString::fromUtf8(brackwell::ProgramId));
 }
 
 /// The native styles of Windows follow neither a dark palette nor fractional scaling as well as this one.
