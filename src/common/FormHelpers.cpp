@@ -110,6 +110,16 @@ void LockTextBox(TextBox& box, bool clearValue) {
 
 }  // namespace
 
+double ForFont(const QWidget& window, double designed) {
+  constexpr double UsualLine = 15;  // pixels
+  return designed * std::max(window.fontMetrics().height() / UsualLine, 1.0);
+}
+
+QSize ForFont(const QWidget& window, QSize designed) {
+  return {qRound(ForFont(window, double(designed.width()))),
+          qRound(ForFont(window, double(designed.height())))};
+}
+
 double TwipsPerPixel() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   return TwipsPerInch / (screen ? screen->logicalDotsPerInchX() : 96);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <cstdint>
 #include <span>
@@ -22,6 +23,15 @@ Control* Named(Control* control, const QString& name, const QString& accessibleN
   control->setAccessibleName(accessibleName);
   return control;
 }
+
+// Of every tool window, in pixels: around its controls (120 twips), and between them.
+constexpr int Margin = 8;
+constexpr int Spacing = 6;
+
+/// A measure that was designed for the usual font; where a larger one is set, as much larger as its lines
+/// are.
+double ForFont(const QWidget& window, double designed);
+QSize ForFont(const QWidget& window, QSize designed);
 
 /// Measures of windows are in twips, 1440 to the inch.
 double TwipsPerPixel();

@@ -41,8 +41,6 @@ namespace {
 
 const QString Section = u"Compare"_s;
 const QString MessagePanel = u"MESSAGE"_s;
-constexpr int Margin = 8;  // pixels; 120 twips
-constexpr int Spacing = 6;
 constexpr const char* TagProperty = "Tag";
 
 struct OptionText {
@@ -104,6 +102,8 @@ frmCompare::frmCompare(Services& services) : ToolWindow(services) {
   ConnectHandlers();
   Form_Load();
 }
+
+QSize frmCompare::sizeHint() const { return ForFont(*this, QSize(1000, 600)); }
 
 void frmCompare::BuildFolders() {
   const auto selector = [this](const QString& name) {

@@ -32,7 +32,7 @@ class frmCompare : public ToolWindow {
   void Form_Deactivate() override;
 
   /// Large enough for the texts of the grid and for all options.
-  QSize sizeHint() const override { return {1000, 600}; }
+  QSize sizeHint() const override;
 
   /// Shows the grid as a page in the user's browser, to be printed there. Raises what the temporary folder
   /// refuses.

@@ -10,6 +10,7 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "common/FormHelpers.h"
 #include "platform/Places.h"
 
 namespace brackwell {
@@ -50,8 +51,10 @@ void FitToFolders(QFileDialog& dialog) {
   for (const QString& name : {u"fileTypeLabel"_s, u"fileTypeCombo"_s}) {
     if (auto* typeChoice = dialog.findChild<QWidget*>(name)) typeChoice->hide();
   }
-  dialog.resize(640, 440);
-  if (auto* splitter = dialog.findChild<QSplitter*>(u"splitter"_s)) splitter->setSizes({150, 490});
+  dialog.setMinimumSize(ForFont(dialog, QSize(400, 280)));
+  dialog.resize(ForFont(dialog, QSize(640, 440)));
+  if (auto* splitter = dialog.findChild<QSplitter*>(u"splitter"_s))
+    splitter->setSizes({qRound(ForFont(dialog, 150)), qRound(ForFont(dialog, 490))});
 }
 
 /// The frame that the window system puts around a window, as seen at one that has it already.

@@ -36,8 +36,6 @@ enum Tab { ContentsTab, IndexTab, SearchTab };
 const QString Section = u"General"_s;
 constexpr int TopicRole = Qt::UserRole;
 constexpr int TitleRole = Qt::UserRole + 1;
-constexpr int Margin = 8;
-constexpr int Spacing = 6;
 constexpr QSize UsualSize(960, 700);
 constexpr QSize SmallestSize(480, 320);
 constexpr int UsualPaneWidth = 260;

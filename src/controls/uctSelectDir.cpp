@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "common/FormHelpers.h"
 #include "controls/BrowseFF.h"
 #include "controls/ElidedLabel.h"
 #include "platform/FileSystemObject.h"
@@ -14,7 +15,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int Margin = 8;        // pixels right of the button: 120 twips
 constexpr int HeadingSpace = 2;  // pixels between heading and folder
 
 }  // namespace

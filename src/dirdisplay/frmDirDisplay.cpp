@@ -34,8 +34,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString Section = u"DirectoryDisplay"_s;
-constexpr int Margin = 8;
-constexpr int Spacing = 6;
 enum { Up, Down };
 
 QCheckBox* NewCheckBox(const QString& name, const QString& caption, QWidget* parent) {
@@ -77,12 +75,14 @@ frmDirDisplay::frmDirDisplay(Services& services) : ToolWindow(services) {
   layout->addLayout(buttons, 3, 0, 1, 2);
   layout->setColumnStretch(0, 1);
   layout->setColumnStretch(1, 1);
-  layout->setRowStretch(1, 1);
-  layout->setRowStretch(2, 1);
+  layout->setRowStretch(1, 8);  // as many lines as the catalogues have
+  layout->setRowStretch(2, 7);
 
   ConnectHandlers();
   Form_Load();
 }
+
+QSize frmDirDisplay::sizeHint() const { return ForFont(*this, QSize(860, 726)); }
 
 QLayout* frmDirDisplay::BuildFolder() {
   const QString caption = u"Select Directory"_s;

@@ -29,7 +29,7 @@ class frmDirDisplay : public ToolWindow {
 
   void Form_Activate() override;
 
-  QSize sizeHint() const override { return {860, 690}; }
+  QSize sizeHint() const override;
 
  protected:
   void Form_Unload() override;

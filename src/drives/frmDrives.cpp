@@ -52,7 +52,6 @@ double ContentWidth(const ListView& list, int column) {
 frmDrives::frmDrives(Services& services, const DriveSource& drives) : ToolWindow(services) {
   setObjectName(u"frmDrives"_s);
   setWindowTitle(u"Disk Drive Information"_s);
-  setAccessibleName(windowTitle());
 
   mTable = new StringTable(this);
   lvwDrives = Named(new ListView(this), u"lvwDrives"_s, u"Drives"_s);
@@ -62,11 +61,18 @@ frmDrives::frmDrives(Services& services, const DriveSource& drives) : ToolWindow
   connect(cmdClose, &QPushButton::clicked, this, &frmDrives::Unload);
 
   auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(Margin, Margin, Margin, Margin);
+  layout->setSpacing(Spacing);
   layout->addWidget(lvwDrives);
   layout->addWidget(cmdClose, 0, Qt::AlignRight);
 
   Form_Load(drives);
 }
+
+QSize frmDrives::sizeHint() const { return ForFont(*this, QSize(1000, 360)); }
+
+/// A list asks for no size.
+QSize frmDrives::minimumSizeHint() const { return ForFont(*this, QSize(400, 180)); }
 
 void frmDrives::Form_Load(const DriveSource& drives) {
   const BusyPointer busy;

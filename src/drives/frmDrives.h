@@ -25,7 +25,8 @@ class frmDrives : public ToolWindow {
   void Form_Activate() override;
   void Form_Deactivate() override;
 
-  QSize sizeHint() const override { return {1000, 360}; }
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
   /// Shows the list as a page in the user's browser, to be printed there. Raises what the temporary folder
   /// refuses.

@@ -35,8 +35,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr char FontsKey[] = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts";
-constexpr int Margin = 8;  // pixels; 120 twips
-constexpr int Spacing = 6;
 
 struct Preset {
   QStringView MenuText;

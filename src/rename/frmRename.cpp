@@ -34,8 +34,6 @@ namespace {
 const QString Section = u"Rename"_s;
 const QString FolderPanel = u"FOLDER"_s;
 const QString MessagePanel = u"MESSAGE"_s;
-constexpr int Margin = 8;  // pixels; 120 twips
-constexpr int Spacing = 6;
 constexpr int ExtensionsInARow = 4;
 
 constexpr std::array<QStringView, 20> Extensions{u"BMP", u"CAM",  u"CGM", u"DIB", u"EMF",  u"FPX", u"GIF",
@@ -94,6 +92,11 @@ frmRename::frmRename(Services& services)
   ConnectHandlers();
   Form_Load();
 }
+
+QSize frmRename::sizeHint() const { return ForFont(*this, QSize(960, 640)); }
+
+/// Its controls scroll, so they ask for no size.
+QSize frmRename::minimumSizeHint() const { return ForFont(*this, QSize(400, 300)); }
 
 void frmRename::BuildExtensions() {
   const QString caption = u"Include these extensions"_s;

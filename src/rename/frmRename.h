@@ -28,7 +28,8 @@ class frmRename : public ToolWindow {
  public:
   explicit frmRename(Services& services);
 
-  QSize sizeHint() const override { return {960, 640}; }
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
   /// The items behind lvwFiles.
   RenameList& List() const { return *mList; }

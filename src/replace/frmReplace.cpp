@@ -40,8 +40,6 @@ const QString Section = u"Replace"_s;
 const QString MessagePanel = u"MESSAGE"_s;
 const QString ItemPanel = u"NUM1"_s;
 const QString CountPanel = u"NUM2"_s;
-constexpr int Margin = 8;  // pixels; 120 twips
-constexpr int Spacing = 6;
 
 bool IsSaving() { return GetSettingFlag(Section, u"SaveFormValues"_s, true); }
 
@@ -89,6 +87,8 @@ frmReplace::frmReplace(Services& services) : ToolWindow(services) {
   ConnectHandlers();
   Form_Load();
 }
+
+QSize frmReplace::sizeHint() const { return ForFont(*this, QSize(860, 560)); }
 
 QSize frmReplace::minimumSizeHint() const {
   const int width = ToolWindow::minimumSizeHint().width();
@@ -197,7 +197,7 @@ void frmReplace::Form_Activate() { mServices.tlbMain_ENABLE(u"Print"_s, true); }
 void frmReplace::Form_Deactivate() { mServices.tlbMain_ENABLE(u"Print"_s, false); }
 
 /// A result has room for a count of six digits, the path has the rest.
-void frmReplace::Form_Resize() { ListView_ColumnResize(*lvwResults, {0.999, 2500}); }
+void frmReplace::Form_Resize() { ListView_ColumnResize(*lvwResults, {0.999, ForFont(*this, 2500)}); }
 
 bool frmReplace::eventFilter(QObject* watched, QEvent* event) {
   if (watched == lvwResults && event->type() == QEvent::Resize) Form_Resize();

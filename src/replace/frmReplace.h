@@ -30,7 +30,7 @@ class frmReplace : public ToolWindow {
   void Form_Deactivate() override;
 
   /// Large enough for all captions, and for some paths.
-  QSize sizeHint() const override { return {860, 560}; }
+  QSize sizeHint() const override;
   /// Has room for captions that take several lines.
   QSize minimumSizeHint() const override;
 

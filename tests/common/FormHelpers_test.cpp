@@ -153,6 +153,20 @@ class FormHelpers_test : public QObject {
     QCOMPARE(Widths(list.header()), before);
   }
 
+  void MeasuresGrowWithALargeFont() {
+    QWidget window;
+    QFont font = window.font();
+    font.setPixelSize(10);
+    window.setFont(font);
+    QCOMPARE(ForFont(window, QSize(200, 100)), QSize(200, 100));
+    font.setPixelSize(40);
+    window.setFont(font);
+    const double times = window.fontMetrics().height() / 15.0;
+    QVERIFY(times > 2);
+    QCOMPARE(ForFont(window, 200), 200 * times);
+    QCOMPARE(ForFont(window, QSize(200, 100)), QSize(qRound(200 * times), qRound(100 * times)));
+  }
+
   void LockedTextBoxCanStillBeCopiedFrom() {
     QLineEdit line(u"text"_s);
     LockControl(line);
