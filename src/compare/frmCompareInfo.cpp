@@ -5,7 +5,9 @@
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <QTimer>
+#include <algorithm>
 
+#include "common/Busy.h"
 #include "common/FormHelpers.h"
 #include "common/FormProgress.h"
 #include "common/MsgBox.h"
@@ -40,6 +42,8 @@ frmCompareInfo::frmCompareInfo(const FileSystemObject& files, QWidget* parent)
   grdProperties = new FlexGrid(this);
   grdProperties->setObjectName(u"grdProperties"_s);
   grdProperties->setAccessibleName(u"Properties"_s);
+  // In less, the values have no room beside the names.
+  grdProperties->setMinimumSize(ForFont(*this, QSize(400, 150)));
   mProperties = new QStandardItemModel(this);
   grdProperties->setModel(mProperties);
   cmdClose = new QPushButton(u"&Close"_s, this);
@@ -56,6 +60,8 @@ frmCompareInfo::frmCompareInfo(const FileSystemObject& files, QWidget* parent)
   layout->setColumnStretch(1, 1);
 }
 
+QSize frmCompareInfo::sizeHint() const { return ForFont(*this, QSize(860, 480)); }
+
 void frmCompareInfo::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   if (!std::exchange(mLoaded, true)) Form_Load();
@@ -63,11 +69,19 @@ void frmCompareInfo::showEvent(QShowEvent* event) {
 
 void frmCompareInfo::resizeEvent(QResizeEvent* event) {
   QDialog::resizeEvent(event);
-  if (mLoaded) FlexGrid_ColumnResize(*grdProperties, {0.5, 2000, 0.5});
+  if (mLoaded) ResizeColumns();
+}
+
+/// The names stand whole also in a large font.
+void frmCompareInfo::ResizeColumns() {
+  const QAbstractItemView& grid = *grdProperties;
+  const double names = grid.sizeHintForColumn(PropertyColumn) * TwipsPerPixel();
+  FlexGrid_ColumnResize(*grdProperties, {0.5, std::max(names, 2000.0), 0.5});
 }
 
 void frmCompareInfo::Form_Load() {
   lblObject->setText(ToShownText(ObjectName));
+  lblObject->setAccessibleDescription(lblObject->text());
   InitPropertyGrid();
   // Once the dialog is seen: the size of a large folder takes its time.
   QTimer::singleShot(0, this, &frmCompareInfo::FillProperties);
@@ -87,10 +101,11 @@ void frmCompareInfo::InitPropertyGrid() {
   }
   for (const Column column : {SourceColumn, TargetColumn})
     grdProperties->SetColumnElide(column, Qt::ElideMiddle);
-  FlexGrid_ColumnResize(*grdProperties, {0.5, 2000, 0.5});
+  ResizeColumns();
 }
 
 void frmCompareInfo::FillProperties() {
+  const BusyPointer busy;
   try {
     FillSide(SourceColumn, SourceRoot) && FillSide(TargetColumn, TargetRoot);
   } catch (const FileSystemError& error) {

@@ -26,7 +26,7 @@ class frmCompareInfo : public QDialog {
   std::string SourceRoot;
   std::string TargetRoot;
 
-  QSize sizeHint() const override { return {860, 480}; }
+  QSize sizeHint() const override;
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -37,6 +37,7 @@ class frmCompareInfo : public QDialog {
 
   void Form_Load();
   void InitPropertyGrid();
+  void ResizeColumns();
   void FillProperties();
   /// False when the dialog was closed meanwhile.
   bool FillSide(Column column, const std::string& root);

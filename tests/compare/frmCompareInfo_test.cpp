@@ -124,13 +124,39 @@ class frmCompareInfoTest : public QObject {
     window.Compare();
     window.Files.OnCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(20)); };
     const int before = window.Files.Calls();
-    QTimer::singleShot(200, [] {
+    bool wasBusy = false;
+    QTimer::singleShot(200, [&wasBusy] {
+      wasBusy = QApplication::overrideCursor() && QApplication::overrideCursor()->shape() == Qt::WaitCursor;
       qobject_cast<QDialog*>(QApplication::activeModalWidget())
           ->findChild<QPushButton*>(u"cmdClose"_s)
           ->click();
     });
     DoubleClick(window, 0);
     QVERIFY(window.Files.Calls() - before < 60);
+    QVERIFY(wasBusy);
+    QVERIFY(!QApplication::overrideCursor());
+  }
+
+  void NamesStandWholeInALargeFont() {
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSize(18);
+    QApplication::setFont(large);
+    ComparisonWindow window;
+    window.Tree.File("s/a");
+    window.Compare();
+    int room = 0;
+    int needed = 0;
+    QTimer::singleShot(100, [&] {
+      auto* grid = QApplication::activeModalWidget()->findChild<FlexGrid*>(u"grdProperties"_s);
+      room = grid->columnWidth(1);
+      needed = static_cast<QAbstractItemView*>(grid)->sizeHintForColumn(1);
+      qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+    });
+    DoubleClick(window, 0);
+    QApplication::setFont(usual);
+    QVERIFY(needed > 0);
+    QVERIFY(room >= needed);
   }
 
  private:
