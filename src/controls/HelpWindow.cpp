@@ -12,6 +12,7 @@
 #include <QSignalBlocker>
 #include <QSplitter>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
@@ -37,8 +38,8 @@ const QString Section = u"General"_s;
 constexpr int TopicRole = Qt::UserRole;
 constexpr int TitleRole = Qt::UserRole + 1;
 constexpr QSize UsualSize(960, 700);
-constexpr QSize SmallestSize(480, 320);
 constexpr int UsualPaneWidth = 260;
+constexpr QSize SmallestPage(310, 240);
 constexpr int LargestMeasure = 20'000;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
@@ -59,6 +60,33 @@ QListWidget* NewList(const QString& name, const QString& accessibleName, QWidget
   list->setSpacing(1);
   return list;
 }
+
+/// Shows what it asks for until something is typed, and a button that clears it.
+QLineEdit* NewBox(const QString& name, const QString& prompt, QWidget* parent) {
+  auto* box = Named(new QLineEdit(parent), name, prompt);
+  box->setPlaceholderText(prompt);
+  box->setClearButtonEnabled(true);
+  box->findChild<QToolButton*>()->setAccessibleName(u"Clear"_s);
+  return box;
+}
+
+/// Tells how a search went; what it says is what is read out.
+QLabel* NewOutcome(const QString& name, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+/// Rows with some room between them.
+class ContentsDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, Spacing);
+  }
+};
 
 /// Whether one of its words begins so.
 bool HasWord(const QString& keyword, const QString& beginning) {
@@ -91,7 +119,6 @@ HelpWindow::HelpWindow(ChmFile file) : mFile(std::move(file)) {
   setObjectName(u"HelpWindow"_s);
   setWindowTitle(u"Brackwell Help"_s);
   setAttribute(Qt::WA_QuitOnClose, false);
-  setMinimumSize(SmallestSize);
   BuildToolbar();
   BuildPanes();
   ConnectHandlers();
@@ -142,6 +169,7 @@ QAction* HelpWindow::AddAction(const QString& name, const QString& caption, cons
 void HelpWindow::BuildPanes() {
   sstHelp = Named(new QTabWidget, u"sstHelp"_s, u"Contents, index and search"_s);
   sstHelp->setDocumentMode(true);
+  sstHelp->setUsesScrollButtons(false);  // the pane is never narrower than its tabs
   sstHelp->addTab(BuildContents(), u"&Contents"_s);
   sstHelp->addTab(BuildIndex(), u"&Index"_s);
   sstHelp->addTab(BuildSearch(), u"&Search"_s);
@@ -158,12 +186,12 @@ void HelpWindow::BuildPanes() {
 QWidget* HelpWindow::BuildContents() {
   trvContents = Named(new QTreeWidget, u"trvContents"_s, u"Contents"_s);
   trvContents->setHeaderHidden(true);
+  trvContents->setItemDelegate(new ContentsDelegate(trvContents));
   QList<QTreeWidgetItem*> parents;
   for (const HelpEntry& entry : mFile.Contents()) {
     parents.resize(std::min<qsizetype>(entry.Depth, parents.size()));
     auto* item = parents.isEmpty() ? new QTreeWidgetItem(trvContents) : new QTreeWidgetItem(parents.last());
     item->setText(0, Text(entry.Title));
-    item->setSizeHint(0, QSize(0, trvContents->fontMetrics().height() + Spacing));
     item->setToolTip(0, Text(entry.Title));
     item->setData(0, TopicRole, Text(entry.Topic));
     parents << item;
@@ -174,9 +202,7 @@ QWidget* HelpWindow::BuildContents() {
 
 QWidget* HelpWindow::BuildIndex() {
   auto* pane = new QWidget;
-  txtIndex = Named(new QLineEdit(pane), u"txtIndex"_s, u"Keyword"_s);
-  txtIndex->setPlaceholderText(u"Keyword"_s);
-  txtIndex->setClearButtonEnabled(true);
+  txtIndex = NewBox(u"txtIndex"_s, u"Keyword"_s, pane);
   lstIndex = NewList(u"lstIndex"_s, u"Index"_s, pane);
   for (const HelpEntry& entry : mFile.Index()) {
     const QTreeWidgetItem* page = FindTopic(*trvContents, Text(entry.Topic));
@@ -200,11 +226,8 @@ QWidget* HelpWindow::BuildIndex() {
 
 QWidget* HelpWindow::BuildSearch() {
   auto* pane = new QWidget;
-  txtSearch = Named(new QLineEdit(pane), u"txtSearch"_s, u"Words to search for"_s);
-  txtSearch->setPlaceholderText(u"Words to search for"_s);
-  txtSearch->setClearButtonEnabled(true);
-  lblHits = Named(new QLabel(pane), u"lblHits"_s, u"Result"_s);
-  lblHits->setTextFormat(Qt::PlainText);
+  txtSearch = NewBox(u"txtSearch"_s, u"Words to search for"_s, pane);
+  lblHits = NewOutcome(u"lblHits"_s, pane);
   lblHits->setWordWrap(true);
   lstHits = NewList(u"lstHits"_s, u"Topics found"_s, pane);
 
@@ -218,6 +241,7 @@ QWidget* HelpWindow::BuildSearch() {
 QWidget* HelpWindow::BuildPage() {
   auto* pane = new QWidget;
   mPage = Named(new HelpPage(mFile, pane), u"mPage"_s, u"Page"_s);
+  mPage->setMinimumSize(ForFont(*mPage, SmallestPage));
   auto* layout = new QVBoxLayout(pane);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -228,12 +252,12 @@ QWidget* HelpWindow::BuildPage() {
 
 QWidget* HelpWindow::BuildFindBar() {
   fraFind = Named(new QWidget, u"fraFind"_s, u"Find in page"_s);
-  txtFind = Named(new QLineEdit(fraFind), u"txtFind"_s, u"Find in page"_s);
-  txtFind->setPlaceholderText(u"Find in page"_s);
-  auto* cmdNext = Named(new QPushButton(u"&Next"_s, fraFind), u"cmdNext"_s, u"Next"_s);
-  auto* cmdPrevious = Named(new QPushButton(u"&Previous"_s, fraFind), u"cmdPrevious"_s, u"Previous"_s);
-  lblFind = Named(new QLabel(fraFind), u"lblFind"_s, u"Result"_s);
+  txtFind = NewBox(u"txtFind"_s, u"Find in page"_s, fraFind);
+  txtFind->setMinimumWidth(txtFind->fontMetrics().averageCharWidth() * 16);
+  lblFind = NewOutcome(u"lblFind"_s, fraFind);
   lblFind->setMinimumWidth(lblFind->fontMetrics().horizontalAdvance(u"Not found  "_s));
+  auto* cmdPrevious = Named(new QPushButton(u"&Previous"_s, fraFind), u"cmdPrevious"_s, u"Previous"_s);
+  auto* cmdNext = Named(new QPushButton(u"&Next"_s, fraFind), u"cmdNext"_s, u"Next"_s);
   connect(cmdNext, &QPushButton::clicked, this, &HelpWindow::cmdNext_Click);
   connect(cmdPrevious, &QPushButton::clicked, this, &HelpWindow::cmdPrevious_Click);
 
@@ -283,9 +307,11 @@ void HelpWindow::ConnectHandlers() {
 // --- show and close ------------------------------------------------------------------
 
 void HelpWindow::Form_Load() {
-  resize(StoredNumber(u"HelpWidth"_s, UsualSize.width(), 1, LargestMeasure),
-         StoredNumber(u"HelpHeight"_s, UsualSize.height(), 1, LargestMeasure));
-  const int paneWidth = StoredNumber(u"HelpPaneWidth"_s, UsualPaneWidth, 1, LargestMeasure);
+  const QSize usual = ForFont(*this, UsualSize);
+  resize(StoredNumber(u"HelpWidth"_s, usual.width(), 1, LargestMeasure),
+         StoredNumber(u"HelpHeight"_s, usual.height(), 1, LargestMeasure));
+  const int paneWidth =
+      StoredNumber(u"HelpPaneWidth"_s, int(ForFont(*this, UsualPaneWidth)), 1, LargestMeasure);
   mPanes->setSizes({paneWidth, std::max(width() - paneWidth, 1)});
   mPage->SetZoom(StoredNumber(u"HelpZoom"_s, 0, -LargestMeasure, LargestMeasure));
   mPage->ShowTopic(Text(mFile.Contents().front().Topic));
