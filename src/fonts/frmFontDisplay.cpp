@@ -93,8 +93,12 @@ frmFontDisplay::frmFontDisplay(Services& services) : ToolWindow(services) {
   Form_Load();
 }
 
+QSize frmFontDisplay::sizeHint() const { return ForFont(*this, QSize(860, 600)); }
+
 QLayout* frmFontDisplay::BuildFonts() {
   hdgFonts = NewHeading(u"hdgFonts"_s, u"&Fonts"_s, this);
+  cmdAll = {NewAllButton(0, u"CheckAll"_s, u"Check all fonts"_s),
+            NewAllButton(1, u"UncheckAll"_s, u"Uncheck all fonts"_s)};
   mFonts = new FontList(this);
   lvwFonts = Named(new ListView(this), u"lvwFonts"_s, u"Fonts"_s);
   lvwFonts->SetCheckboxes(true);
@@ -103,8 +107,7 @@ QLayout* frmFontDisplay::BuildFonts() {
   lvwFonts->setMinimumWidth(lvwFonts->fontMetrics().averageCharWidth() * 20);
   lvwFonts->installEventFilter(this);
   hdgFonts->setBuddy(lvwFonts);
-  cmdAll = {NewAllButton(0, u"CheckAll"_s, u"Check all fonts"_s),
-            NewAllButton(1, u"UncheckAll"_s, u"Uncheck all fonts"_s)};
+  lvwFonts->setFocus();  // though Tab comes by the buttons above it first
 
   auto* heading = new QHBoxLayout;
   heading->setSpacing(2);
@@ -123,12 +126,6 @@ QToolButton* frmFontDisplay::NewAllButton(int index, const QString& picture, con
 
 QLayout* frmFontDisplay::BuildText() {
   hdgText = NewHeading(u"hdgText"_s, u"&Text to sample"_s, this);
-  txtText =
-      Named(new QPlainTextEdit(u"ABCDEFG abcdefg 1234567890"_s, this), u"txtText"_s, u"Text to sample"_s);
-  txtText->setTabChangesFocus(true);
-  txtText->setMinimumHeight(txtText->fontMetrics().lineSpacing() * 3);
-  hdgText->setBuddy(txtText);
-
   auto* presets = Named(new QToolButton(this), u"Presets"_s, u"Presets"_s);
   presets->setText(u"Presets"_s);
   presets->setPopupMode(QToolButton::InstantPopup);
@@ -141,6 +138,12 @@ QLayout* frmFontDisplay::BuildText() {
   tlbText->addWidget(presets);
   connect(presets->menu(), &QMenu::triggered, this,
           [this](const QAction* entry) { tlbText_ButtonMenuClick(*entry); });
+
+  txtText =
+      Named(new QPlainTextEdit(u"ABCDEFG abcdefg 1234567890"_s, this), u"txtText"_s, u"Text to sample"_s);
+  txtText->setTabChangesFocus(true);
+  txtText->setMinimumHeight(txtText->fontMetrics().lineSpacing() * 3);
+  hdgText->setBuddy(txtText);
 
   auto* heading = new QHBoxLayout;
   heading->addWidget(hdgText, 1);

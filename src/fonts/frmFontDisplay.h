@@ -29,7 +29,7 @@ class frmFontDisplay : public ToolWindow {
   void Form_Activate() override;
   void Form_Deactivate() override;
 
-  QSize sizeHint() const override { return {860, 600}; }
+  QSize sizeHint() const override;
 
   /// Opens the page that webSample shows in the user's browser, to be printed there. Nothing before the first
   /// sample.

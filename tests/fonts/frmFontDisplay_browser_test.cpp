@@ -48,7 +48,7 @@ class frmFontDisplayBrowserTest : public QObject {
     Sample(window);
     Sample(window);
     window.Get<QToolButton>("chkStrikethru").setFocus();
-    const QStringList forth{u"webSample"_s, u"cmdSample"_s, u"cmdClose"_s, u"lvwFonts"_s};
+    const QStringList forth{u"webSample"_s, u"cmdSample"_s, u"cmdClose"_s, u"cmdAll(0)"_s};
     for (const QString& name : forth) {
       QTest::keyClick(window.Area.windowHandle(), Qt::Key_Tab);
       QTRY_COMPARE(Focused(window), name);
