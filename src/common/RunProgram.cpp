@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "common/Busy.h"
 #include "common/MsgBox.h"
 #include "platform/Launch.h"
 
@@ -53,10 +54,12 @@ void TellFailure(QWidget* form, int code) {
 }  // namespace
 
 void RunProgram(QWidget* form, const std::string& path) {
+  const BusyPointer busy;  // it may take a second
   TellFailure(form, OpenDocument(path, OwnerHandle(form)));
 }
 
 void RunWebAddress(QWidget* form, const std::string& address) {
+  const BusyPointer busy;
   TellFailure(form, OpenWebAddress(address, OwnerHandle(form)));
 }
 

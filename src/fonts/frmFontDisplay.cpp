@@ -208,6 +208,7 @@ void frmFontDisplay::Form_Load() {
 }
 
 void frmFontDisplay::LoadFontList() {
+  const BusyPointer busy;  // the system may have to look into every font first
   KeyValues fonts = RegEnumKeyValues(std::to_string(HkeyLocalMachine), FontsKey);
   const QString heading = u"Fonts - %1"_s.arg(fonts.Count);
   hdgFonts->setText(u'&' + heading);

@@ -12,6 +12,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "common/Busy.h"
+#include "common/FormHelpers.h"
 #include "common/MsgBox.h"
 #include "common/NativeText.h"
 #include "common/Settings.h"
@@ -30,6 +32,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int IconSize = 16;
+constexpr QSize SmallestArea(400, 250);  // below all menus and buttons of the toolbar
 
 bool IsOn(const QString& section, const QString& key) { return GetSettingNumber(section, key, 0) == 1; }
 
@@ -66,6 +69,7 @@ frmMain::frmMain(std::vector<Tool> tools)
   setWindowTitle(u"Brackwell"_s);
   resize(screen()->availableSize() * 4 / 5);
   setCentralWidget(mMdiArea);
+  mMdiArea->setMinimumSize(ForFont(*this, SmallestArea));
   BuildMenus();
   BuildToolbar();
   connect(mMdiArea, &QMdiArea::subWindowActivated, this, &frmMain::UpdateActiveWindow);
@@ -277,6 +281,7 @@ void frmMain::UpdateActiveWindow() {
 void frmMain::mnuFile_Print_Click() {
   ToolWindow* window = ToolOf(mMdiArea->currentSubWindow());
   if (!window || window->metaObject()->indexOfMethod("PrintData()") < 0) return;
+  const BusyPointer busy;
   try {
     QMetaObject::invokeMethod(window, "PrintData", Qt::DirectConnection);
   } catch (...) {
@@ -332,6 +337,7 @@ bool frmMain::HelpFileExists() {
 
 HelpWindow* frmMain::OwnHelpWindow() {
   if (mHelpWindow) return mHelpWindow.get();
+  const BusyPointer busy;
   std::optional<ChmFile> file = ChmFile::Open(mHelpFile);
   if (file)
     mHelpWindow = std::make_unique<HelpWindow>(std::move(*file));

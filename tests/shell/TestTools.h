@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
 #include <QStringList>
 #include <stdexcept>
 
@@ -12,6 +13,7 @@
 namespace brackwell {
 
 inline QStringList toolLog;
+inline bool busyWhilePrinting = false;
 
 /// Prints, and says so to the main window.
 class PrintingTool : public ToolWindow {
@@ -22,7 +24,11 @@ class PrintingTool : public ToolWindow {
     setWindowTitle(QStringLiteral("Printing"));
   }
 
-  Q_INVOKABLE void PrintData() { toolLog << QStringLiteral("PrintData"); }
+  Q_INVOKABLE void PrintData() {
+    toolLog << QStringLiteral("PrintData");
+    const QCursor* pointer = QGuiApplication::overrideCursor();
+    busyWhilePrinting = pointer && pointer->shape() == Qt::WaitCursor;
+  }
 
   void Form_Activate() override { mServices.tlbMain_ENABLE(QStringLiteral("Print"), true); }
   void Form_Deactivate() override { mServices.tlbMain_ENABLE(QStringLiteral("Print"), false); }

@@ -106,6 +106,8 @@ void frmMainToolsTest::PrintGoesToTheActiveWindow() {
   toolLog.clear();
   shell.Choose(u"mnuFile_Print"_s);
   QCOMPARE(toolLog, QStringList(u"PrintData"_s));
+  QVERIFY(busyWhilePrinting);
+  QVERIFY(!QGuiApplication::overrideCursor());
   QTest::mouseClick(shell.Main.findChild<QToolButton*>(u"Print"_s), Qt::LeftButton);
   QTest::keySequence(&shell.Main, QKeySequence(u"Ctrl+P"_s));
   QCOMPARE(toolLog, QStringList({u"PrintData"_s, u"PrintData"_s, u"PrintData"_s}));
