@@ -11,7 +11,10 @@
 
 namespace brackwell {
 
-ToolWindow::ToolWindow(Services& services) : mServices(services) { setAttribute(Qt::WA_DeleteOnClose); }
+ToolWindow::ToolWindow(Services& services) : mServices(services) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  connect(this, &QWidget::windowTitleChanged, this, &QWidget::setAccessibleName);
+}
 
 ToolWindow::Run::Run(ToolWindow& window) : mWindow(window) {
   mWindow.mRunning = true;

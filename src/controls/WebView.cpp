@@ -51,12 +51,12 @@ WebEngine* LoadEngine() {
 
 WebView::WebView(QWidget* parent)
     : QFrame(parent),
-      lblNote(Named(new QLabel(u"The browser could not be started or has stopped. The page is shown as text; "
-                               "some fonts and styles may look different from what they are."_s,
-                               this),
-                    u"lblNote"_s, u"Note"_s)),
+      lblNote(new QLabel(u"The browser could not be started or has stopped. The page is shown as text; "
+                         "some fonts and styles may look different from what they are."_s,
+                         this)),
       mLayout(new QVBoxLayout(this)) {
   setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  lblNote->setObjectName(u"lblNote"_s);
   lblNote->setWordWrap(true);
   lblNote->setMargin(4);
   lblNote->hide();
