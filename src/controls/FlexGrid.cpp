@@ -1,6 +1,5 @@
 #include "controls/FlexGrid.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -8,13 +7,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "controls/FilledHeader.h"
+
 namespace brackwell {
 namespace {
 
 /// Draws each run of columns with the same text as one header over all of them.
-class MergedHeader : public QHeaderView {
+class MergedHeader : public FilledHeader {
  public:
-  explicit MergedHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+  explicit MergedHeader(QWidget* parent) : FilledHeader(parent) {
     setHighlightSections(false);
     setSectionsClickable(false);
     setMinimumSectionSize(8);

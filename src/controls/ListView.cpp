@@ -1,8 +1,9 @@
 #include "controls/ListView.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
+
+#include "controls/FilledHeader.h"
 
 namespace brackwell {
 namespace {
@@ -36,6 +37,7 @@ class ItemDelegate : public QStyledItemDelegate {
 }  // namespace
 
 ListView::ListView(QWidget* parent) : QTreeView(parent) {
+  setHeader(new FilledHeader(this));
   setItemDelegate(new ItemDelegate(*this));
   setRootIsDecorated(false);
   setItemsExpandable(false);
@@ -44,6 +46,7 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
   setEditTriggers(NoEditTriggers);
   header()->setStretchLastSection(false);
   header()->setSectionsMovable(false);
+  header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   header()->setMinimumSectionSize(8);
 }
 

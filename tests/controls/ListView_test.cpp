@@ -1,5 +1,6 @@
 #include "controls/ListView.h"
 
+#include <QHeaderView>
 #include <QStandardItemModel>
 #include <QTest>
 
@@ -69,6 +70,21 @@ class ListView_test : public QObject {
     const QImage without = list.grab().toImage();
     list.SetCheckboxes(true);
     QVERIFY(list.grab().toImage() != without);
+  }
+
+  void HeadingsGoOnToTheEdge() {
+    QStandardItemModel items;
+    Fill(items);
+    items.setHorizontalHeaderLabels({u"a"_s, u"b"_s});
+    ListView list;
+    list.setModel(&items);
+    list.resize(500, 100);
+    list.show();
+    const QImage headings = list.header()->grab().toImage();
+    const int end = list.header()->length();
+    QVERIFY(end + 40 < headings.width());
+    for (int y = 0; y < headings.height(); ++y)
+      QCOMPARE(headings.pixelColor(end + 20, y), headings.pixelColor(end - 20, y));
   }
 };
 
