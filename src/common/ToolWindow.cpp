@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMdiSubWindow>
@@ -60,6 +61,15 @@ QWidget* ToolWindow::ControlFor(const QKeyEvent& key) const {
     if (label->buddy() && QKeySequence::mnemonic(label->text()) == pressed && label->isVisible())
       return label->buddy();
   return nullptr;
+}
+
+void ToolWindow::keyPressEvent(QKeyEvent* event) {
+  QWidget* control = QApplication::focusWidget();
+  const bool asksForMenu = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
+  if (!asksForMenu || !control) return QWidget::keyPressEvent(event);
+  const QPoint place = control->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+  QContextMenuEvent asked(QContextMenuEvent::Keyboard, place, control->mapToGlobal(place));
+  QApplication::sendEvent(control, &asked);
 }
 
 /// A key that is claimed here comes as a key press, and not as the shortcut of a menu. It is caught on its

@@ -18,7 +18,8 @@ struct Services {
 
 /// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the
 /// main window calls it by name. While the focus is inside the window, an accelerator of one of its buttons
-/// or labels comes before that of a menu: Alt+F is "&Fix" there and "&File" elsewhere.
+/// or labels comes before that of a menu: Alt+F is "&Fix" there and "&File" elsewhere. Shift+F10 asks the
+/// control with the focus for its context menu, for keyboards without a menu key.
 ///
 /// Long work runs on the one thread and lets events through, so a window may be asked to close while its own
 /// code is still on the stack. While a Run is alive the close is put off, the run is told to stop, and the
@@ -62,6 +63,7 @@ class ToolWindow : public QWidget {
   void Unload();
 
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 

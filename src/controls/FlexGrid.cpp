@@ -1,5 +1,7 @@
 #include "controls/FlexGrid.h"
 
+#include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -7,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "controls/ContextMenu.h"
+#include "controls/CopyRows.h"
 #include "controls/FilledHeader.h"
 
 namespace brackwell {
@@ -98,14 +102,16 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent) {
   setCornerButtonEnabled(false);
   setWordWrap(false);
   setEditTriggers(NoEditTriggers);
-  setSelectionMode(SingleSelection);
+  setSelectionMode(ExtendedSelection);
   setSelectionBehavior(SelectItems);
   setHorizontalScrollMode(ScrollPerPixel);
   // Tab leaves the grid; the arrow keys move in it.
   setTabKeyNavigation(false);
   SetRowHeight();
-  connect(this, &QAbstractItemView::clicked, this,
-          [this](const QModelIndex& cell) { Q_EMIT CellClicked(cell.row(), cell.column()); });
+  connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& cell) {
+    const bool onlySelects = QGuiApplication::keyboardModifiers() & (Qt::ControlModifier | Qt::ShiftModifier);
+    if (!onlySelects) Q_EMIT CellClicked(cell.row(), cell.column());
+  });
   connect(this, &QAbstractItemView::doubleClicked, this,
           [this](const QModelIndex& cell) { Q_EMIT CellActivated(cell.row(), cell.column()); });
 }
@@ -127,7 +133,13 @@ void FlexGrid::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) SetRowHeight();
 }
 
+void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {
+  const MenuPlace place = PlaceOfMenu(*this, *event);
+  Q_EMIT MenuAsked(place.Cell, place.Position);
+}
+
 void FlexGrid::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return CopySelectedRows(*this);
   const QModelIndex cell = currentIndex();
   const bool isSpace = event->key() == Qt::Key_Space;
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -7,7 +7,8 @@ namespace brackwell {
 
 /// A grid over any table model, quick with a million rows. Neighbouring columns with the same header text
 /// share one header. A cell without text shows its Qt::DecorationRole picture centred; what a picture says
-/// belongs into Qt::AccessibleTextRole. One cell is current; the user cannot edit, only click and activate.
+/// belongs into Qt::AccessibleTextRole. One cell is current; the user cannot edit, only click, activate, and
+/// copy the rows of the selected cells.
 class FlexGrid : public QTableView {
   Q_OBJECT
 
@@ -20,12 +21,15 @@ class FlexGrid : public QTableView {
 
  Q_SIGNALS:
   /// A click with the left button, or Space on the current cell. A double click is one click, then one
-  /// activation: what a click toggles is toggled once.
+  /// activation: what a click toggles is toggled once. A click with Ctrl or Shift only selects.
   void CellClicked(int row, int column);
   /// A double click with the left button, or Enter on the current cell.
   void CellActivated(int row, int column);
+  /// A right click, or the menu key on the current cell. The cell may be none.
+  void MenuAsked(const QModelIndex& cell, const QPoint& screenPosition);
 
  protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void changeEvent(QEvent* event) override;

@@ -1,8 +1,11 @@
 #include "controls/ListView.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 
+#include "controls/ContextMenu.h"
+#include "controls/CopyRows.h"
 #include "controls/FilledHeader.h"
 
 namespace brackwell {
@@ -55,7 +58,13 @@ void ListView::SetCheckboxes(bool checkboxes) {
   viewport()->update();
 }
 
+void ListView::contextMenuEvent(QContextMenuEvent* event) {
+  const MenuPlace place = PlaceOfMenu(*this, *event);
+  Q_EMIT MenuAsked(place.Cell, place.Position);
+}
+
 void ListView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return CopySelectedRows(*this);
   // The mark is in the first column, the current cell may be in another one.
   if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier && mCheckboxes) {
     if (!event->isAutoRepeat()) ToggleCurrentItem();

@@ -4,8 +4,8 @@
 
 namespace brackwell {
 
-/// A report list over any table model: one item per row, whole rows selected, columns sized by code. The
-/// check mark of an item is the model's Qt::CheckStateRole in the first column.
+/// A report list over any table model: one item per row, whole rows selected and copied, columns sized by
+/// code. The check mark of an item is the model's Qt::CheckStateRole in the first column.
 class ListView : public QTreeView {
   Q_OBJECT
   Q_PROPERTY(bool Checkboxes READ Checkboxes WRITE SetCheckboxes)
@@ -17,7 +17,12 @@ class ListView : public QTreeView {
   bool Checkboxes() const { return mCheckboxes; }
   void SetCheckboxes(bool checkboxes);
 
+ Q_SIGNALS:
+  /// A right click, or the menu key on the current item. The item may be none.
+  void MenuAsked(const QModelIndex& item, const QPoint& screenPosition);
+
  protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

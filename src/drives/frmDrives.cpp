@@ -56,6 +56,7 @@ frmDrives::frmDrives(Services& services, const DriveSource& drives) : ToolWindow
   mTable = new StringTable(this);
   lvwDrives = Named(new ListView(this), u"lvwDrives"_s, u"Drives"_s);
   lvwDrives->setModel(mTable);
+  lvwDrives->setSelectionMode(QAbstractItemView::ExtendedSelection);  // for copying
   lvwDrives->installEventFilter(this);
   cmdClose = Named(new QPushButton(u"&Close"_s, this), u"cmdClose"_s, u"Close"_s);
   connect(cmdClose, &QPushButton::clicked, this, &frmDrives::Unload);

@@ -103,6 +103,7 @@ QLayout* frmFontDisplay::BuildFonts() {
   lvwFonts = Named(new ListView(this), u"lvwFonts"_s, u"Fonts"_s);
   lvwFonts->SetCheckboxes(true);
   lvwFonts->setModel(mFonts);
+  lvwFonts->setSelectionMode(QAbstractItemView::ExtendedSelection);  // for copying
   lvwFonts->setHeaderHidden(true);
   lvwFonts->setMinimumWidth(lvwFonts->fontMetrics().averageCharWidth() * 20);
   lvwFonts->installEventFilter(this);
