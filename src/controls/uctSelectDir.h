@@ -3,6 +3,8 @@
 #include <QWidget>
 
 class QLabel;
+class QMenu;
+class QMimeData;
 class QPushButton;
 
 namespace brackwell {
@@ -11,7 +13,9 @@ class BrowseFF;
 class ElidedLabel;
 class FileSystemObject;
 
-/// The folder selector: a heading, the chosen folder and a button that lets the user choose another one.
+/// The folder selector: a heading, the chosen folder and a button that lets the user choose another one. A
+/// folder can also be dropped on it; its context menu opens the chosen one, pastes one, and has those that
+/// were chosen last.
 class uctSelectDir : public QWidget {
   Q_OBJECT
   Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
@@ -36,11 +40,20 @@ class uctSelectDir : public QWidget {
   QSize minimumSizeHint() const override;
 
  protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   void cmdSelect_Click();
+  /// What every way to choose a folder ends in.
+  void Choose(const QString& folder);
+  void AddRecentFolders(QMenu& menu);
+  /// The one folder that is dragged or was copied; empty where it is anything else.
+  QString FolderOf(const QMimeData& data) const;
   void UserControl_Resize();
 
   const FileSystemObject& mFiles;
