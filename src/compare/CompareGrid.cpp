@@ -124,6 +124,12 @@ bool CompareGrid::Toggle(int row, int column) {
   return toggled;
 }
 
+void CompareGrid::TickRows(TickAll what) {
+  if (mPublished == 0) return;
+  for (CompareRow& row : mRows) TickBoxes(row, what);
+  Q_EMIT dataChanged(index(0, FixSourceColumn), index(mPublished - 1, FixTargetColumn));
+}
+
 void CompareGrid::RowChanged(std::size_t row) {
   const int number = static_cast<int>(row);
   Q_EMIT dataChanged(index(number, 0), index(number, ColumnCount - 1));

@@ -46,6 +46,8 @@ class CompareGrid : public QAbstractTableModel {
 
   /// Ticks or unticks the box of a cell; false where there is none.
   bool Toggle(int row, int column);
+  /// Ticks or unticks boxes of all rows.
+  void TickRows(TickAll what);
   /// The rows, for whoever fixes them; each change is told by RowChanged.
   CompareRows& Rows() { return mRows; }
   const CompareRows& Rows() const { return mRows; }

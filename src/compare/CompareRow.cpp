@@ -54,6 +54,12 @@ CompareRow MakeRow(ResultKind kind, std::string name) {
 bool IsFile(ResultKind kind) { return FactsOf(kind).IsFile; }
 bool IsTargetSide(ResultKind kind) { return FactsOf(kind).IsTargetSide; }
 
+bool IsInSource(const CompareRow& row) { return row.IsFixed || !IsTargetSide(row.Kind); }
+bool IsInTarget(const CompareRow& row) {
+  return row.IsFixed || (row.Kind != ResultKind::SourceFileMissingInTarget &&
+                         row.Kind != ResultKind::SourceFolderMissingInTarget);
+}
+
 std::string_view ItemIcon(const CompareRow& row) { return IsFile(row.Kind) ? "File" : "FolderOpen"; }
 std::string_view ResultIcon(const CompareRow& row) {
   return row.IsFixed ? "Checkmark" : FactsOf(row.Kind).ResultIcon;
@@ -67,6 +73,24 @@ std::string ResultMessage(const CompareRow& row) {
 
 bool ToggleFixSource(CompareRow& row) { return Toggle(row.FixSource, row.FixTarget); }
 bool ToggleFixTarget(CompareRow& row) { return Toggle(row.FixTarget, row.FixSource); }
+
+void TickBoxes(CompareRow& row, TickAll what) {
+  if (what == TickAll::NewerToOlder) {
+    if (row.Kind == ResultKind::SourceFileNewer) return TickBoxes(row, TickAll::FixTarget);
+    if (row.Kind == ResultKind::TargetFileNewer) return TickBoxes(row, TickAll::FixSource);
+    return;
+  }
+  const auto untick = [](FixBox& box) {
+    if (box == FixBox::On) box = FixBox::Off;
+  };
+  FixBox* const box = what == TickAll::FixSource   ? &row.FixSource
+                      : what == TickAll::FixTarget ? &row.FixTarget
+                                                   : nullptr;
+  if (box && *box == FixBox::None) return;
+  untick(row.FixSource);
+  untick(row.FixTarget);
+  if (box) *box = FixBox::On;
+}
 
 void MarkFixed(CompareRow& row) {
   row.IsFixed = true;

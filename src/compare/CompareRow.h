@@ -42,6 +42,10 @@ bool IsFile(ResultKind kind);
 /// Found by the walk over the target: the row's name belongs to the target.
 bool IsTargetSide(ResultKind kind);
 
+/// Whether the item is on that side, as the comparison and the fixes after it know.
+bool IsInSource(const CompareRow& row);
+bool IsInTarget(const CompareRow& row);
+
 /// Keys of the pictures in columns 0 and 2.
 std::string_view ItemIcon(const CompareRow& row);
 std::string_view ResultIcon(const CompareRow& row);
@@ -51,6 +55,14 @@ std::string ResultMessage(const CompareRow& row);
 /// A click on one of the two boxes of a row; they exclude each other. False where there is no box.
 bool ToggleFixSource(CompareRow& row);
 bool ToggleFixTarget(CompareRow& row);
+
+/// What can be done to the boxes of all rows at once.
+enum class TickAll : std::uint8_t { FixSource, FixTarget, NewerToOlder, Nothing };
+
+/// Ticks the row's box that `what` names, where it has it, and unticks the other; NewerToOlder ticks the one
+/// by which the newer file replaces the older, and leaves rows that say nothing of dates. Nothing unticks
+/// both. A row without the box stays as it is.
+void TickBoxes(CompareRow& row, TickAll what);
 
 /// A fixed row shows so, and has no boxes any more.
 void MarkFixed(CompareRow& row);

@@ -27,6 +27,7 @@
 #include "compare/CompareGrid.h"
 #include "compare/CompareReport.h"
 #include "compare/frmCompareInfo.h"
+#include "controls/ContextMenu.h"
 #include "controls/FlexGrid.h"
 #include "controls/StatusBar.h"
 #include "controls/uctSelectDir.h"
@@ -201,6 +202,7 @@ void frmCompare::ConnectHandlers() {
           [](const QString& text) { SaveSetting(Section, u"Prefix"_s, text); });
   connect(grdCompare, &FlexGrid::CellClicked, this, &frmCompare::grdCompare_Click);
   connect(grdCompare, &FlexGrid::CellActivated, this, &frmCompare::grdCompare_DblClick);
+  connect(grdCompare, &FlexGrid::MenuAsked, this, &frmCompare::grdCompare_Menu);
 
   auto* stop = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(stop, &QShortcut::activated, this, &frmCompare::StopRun);
@@ -377,6 +379,43 @@ void frmCompare::grdCompare_DblClick(int row) {
     info.ObjectName = ReplaceRoot(item.Name, IsTargetSide(item.Kind) ? info.TargetRoot : info.SourceRoot, {});
   info.ObjectType = IsFile(item.Kind) ? u"File"_s : u"Folder"_s;
   info.exec();
+}
+
+void frmCompare::grdCompare_Menu(const QModelIndex& cell, const QPoint& screenPosition) {
+  QMenu* menu = NewContextMenu(*grdCompare);
+  AddTickItems(*menu);
+  if (cell.isValid() && cell.row() < static_cast<int>(mGrid->Rows().size())) AddItemsOf(*menu, cell);
+  menu->popup(screenPosition);
+}
+
+/// Not while rows come in: those to come would stay as they are, and nothing would show which.
+void frmCompare::AddTickItems(QMenu& menu) {
+  const auto add = [&](const QString& name, const QString& caption, TickAll what) {
+    AddMenuItem(menu, name, caption, this, [this, what] {
+      if (!IsRunning()) mGrid->TickRows(what);
+    })->setEnabled(!IsRunning() && !mGrid->Rows().empty());
+  };
+  add(u"mnuTickSource"_s, u"Tick All Fix &Source"_s, TickAll::FixSource);
+  add(u"mnuTickTarget"_s, u"Tick All Fix &Target"_s, TickAll::FixTarget);
+  add(u"mnuTickNewer"_s, u"Tick &Newer to Older"_s, TickAll::NewerToOlder);
+  add(u"mnuTickNothing"_s, u"&Untick All"_s, TickAll::Nothing);
+}
+
+void frmCompare::AddItemsOf(QMenu& menu, const QModelIndex& cell) {
+  const CompareRow& item = mGrid->Rows()[cell.row()];
+  const bool asksTarget = cell.column() == CompareGrid::FixTargetColumn ||
+                          (cell.column() != CompareGrid::FixSourceColumn && IsTargetSide(item.Kind));
+  const bool isTarget = asksTarget ? IsInTarget(item) : !IsInSource(item);
+  const FixPaths paths = PathsOf(item, {.SourceRoot = ToNativePath(uctSelSource->Folder()),
+                                        .TargetRoot = ToNativePath(uctSelTarget->Folder()),
+                                        .ShowFullPath = mShowFullPath});
+  menu.addSeparator();
+  AddItemActions(menu, *this, isTarget ? paths.Target : paths.Source,
+                 isTarget ? u"Target Item"_s : u"Source Item"_s);
+  menu.addSeparator();
+  AddMenuItem(menu, u"mnuDetails"_s, u"&Details"_s, this, [this, place = QPersistentModelIndex(cell)] {
+    if (place.isValid()) grdCompare_DblClick(place.row());
+  });
 }
 
 void frmCompare::cmdFix_Click() {

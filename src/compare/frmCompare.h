@@ -11,6 +11,9 @@ class QGroupBox;
 class QLabel;
 class QLayout;
 class QLineEdit;
+class QMenu;
+class QModelIndex;
+class QPoint;
 class QPushButton;
 class QScrollArea;
 
@@ -66,6 +69,10 @@ class frmCompare : public ToolWindow {
   void cmdFix_Click();
   void grdCompare_Click(int row, int column);
   void grdCompare_DblClick(int row);
+  void grdCompare_Menu(const QModelIndex& cell, const QPoint& screenPosition);
+  void AddTickItems(QMenu& menu);
+  /// For the side of the cell's box; where that side lacks the item, for the other.
+  void AddItemsOf(QMenu& menu, const QModelIndex& cell);
 
   bool CheckFolders();
   bool CheckFolder(const uctSelectDir& selector, const QString& nonePicked, const QString& notThere);

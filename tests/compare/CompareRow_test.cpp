@@ -107,5 +107,50 @@ TEST(SortByName, NamesThatAreNoTextHaveTheirPlace) {
   EXPECT_EQ(Sorted({"\xff", "a\xff", "é", "a"}), (Names{"a", "a\xff", "é", "\xff"}));
 }
 
+/// All kinds after the same ticks: their boxes, "[x][ ]" say.
+std::string Ticked(std::initializer_list<TickAll> ticks) {
+  std::string boxes;
+  for (int kind = 0; kind <= static_cast<int>(ResultKind::FolderSame); ++kind) {
+    CompareRow row = MakeRow(static_cast<ResultKind>(kind), "name");
+    for (const TickAll tick : ticks) TickBoxes(row, tick);
+    const auto box = [](FixBox fix) { return fix == FixBox::None ? '-' : fix == FixBox::On ? 'x' : 'o'; };
+    boxes += {kind > 0 ? ' ' : '[', box(row.FixSource), box(row.FixTarget)};
+  }
+  return boxes + ']';
+}
+
+TEST(CompareRow, AreTickedWhereTheyHaveTheBox) {
+  EXPECT_EQ(Ticked({}), "[-o o- oo oo oo -- -o o- --]");
+  EXPECT_EQ(Ticked({TickAll::FixSource}), "[-o x- xo xo xo -- -o x- --]");
+  EXPECT_EQ(Ticked({TickAll::FixTarget}), "[-x o- ox ox ox -- -x o- --]");
+  EXPECT_EQ(Ticked({TickAll::FixSource, TickAll::FixTarget}), "[-x x- ox ox ox -- -x x- --]");
+  EXPECT_EQ(Ticked({TickAll::FixSource, TickAll::FixTarget, TickAll::Nothing}), Ticked({}));
+}
+
+TEST(CompareRow, TheNewerReplacesTheOlder) {
+  EXPECT_EQ(Ticked({TickAll::NewerToOlder}), "[-o o- ox xo oo -- -o o- --]");
+  EXPECT_EQ(Ticked({TickAll::FixSource, TickAll::NewerToOlder}), "[-o x- ox xo xo -- -o x- --]");
+}
+
+TEST(CompareRow, OnceFixedIsTickedNoMore) {
+  CompareRow row = MakeRow(ResultKind::SourceFileNewer, "name");
+  MarkFixed(row);
+  for (const TickAll tick : {TickAll::FixSource, TickAll::NewerToOlder}) TickBoxes(row, tick);
+  EXPECT_EQ(row.FixSource, FixBox::None);
+  EXPECT_EQ(row.FixTarget, FixBox::None);
+}
+
+TEST(CompareRow, KnowsOnWhichSidesItsItemIs) {
+  std::string sides;
+  for (int kind = 0; kind <= static_cast<int>(ResultKind::FolderSame); ++kind) {
+    const CompareRow row = MakeRow(static_cast<ResultKind>(kind), "name");
+    sides += std::string(IsInSource(row) ? "s" : "") + (IsInTarget(row) ? "t" : "") + ' ';
+  }
+  EXPECT_EQ(sides, "s t st st st st s t st ");
+  CompareRow row = MakeRow(ResultKind::TargetFileMissingInSource, "name");
+  MarkFixed(row);
+  EXPECT_TRUE(IsInSource(row));
+}
+
 }  // namespace
 }  // namespace brackwell
