@@ -21,6 +21,7 @@
 #include "common/NativeText.h"
 #include "common/RunProgram.h"
 #include "common/Settings.h"
+#include "controls/ContextMenu.h"
 #include "controls/ListView.h"
 #include "controls/StatusBar.h"
 #include "controls/uctSelectDir.h"
@@ -145,6 +146,7 @@ void frmReplace::BuildList() {
   mList = new ReplaceList(this);
   lvwResults = Named(new ListView(this), u"lvwResults"_s, u"Results"_s);
   lvwResults->setModel(mList);
+  lvwResults->setSelectionMode(QAbstractItemView::ExtendedSelection);  // for copying
   lvwResults->setTextElideMode(Qt::ElideMiddle);  // the ends of a path tell more than its middle
   lvwResults->installEventFilter(this);
 }
@@ -177,6 +179,7 @@ void frmReplace::ConnectHandlers() {
   connect(cmdFind, &QPushButton::clicked, this, &frmReplace::cmdFind_Click);
   connect(cmdReplace, &QPushButton::clicked, this, &frmReplace::cmdReplace_Click);
   connect(cmdClose, &QPushButton::clicked, this, &frmReplace::Unload);
+  connect(lvwResults, &ListView::MenuAsked, this, &frmReplace::lvwResults_Menu);
 
   auto* stop = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   connect(stop, &QShortcut::activated, this, [this] {
@@ -219,6 +222,13 @@ void frmReplace::txtExclude_Change() {
 
 void frmReplace::cmdFind_Click() { Start(false); }
 void frmReplace::cmdReplace_Click() { Start(true); }
+
+void frmReplace::lvwResults_Menu(const QModelIndex& item, const QPoint& screenPosition) {
+  if (!item.isValid()) return;
+  QMenu* menu = NewContextMenu(*lvwResults);
+  AddItemActions(*menu, *this, mList->Rows()[static_cast<std::size_t>(item.row())].Path);
+  menu->popup(screenPosition);
+}
 
 void frmReplace::Start(bool replaceMode) {
   if (QApplication::activeModalWidget()) return;  // a screen reader presses buttons behind a question, too

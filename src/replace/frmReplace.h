@@ -9,6 +9,8 @@ class QCheckBox;
 class QLabel;
 class QLayout;
 class QLineEdit;
+class QModelIndex;
+class QPoint;
 class QPushButton;
 
 namespace brackwell {
@@ -62,6 +64,7 @@ class frmReplace : public ToolWindow {
   void txtExclude_Change();
   void cmdFind_Click();
   void cmdReplace_Click();
+  void lvwResults_Menu(const QModelIndex& item, const QPoint& screenPosition);
 
   /// Checks, then runs; a run on the stack is ended first.
   void Start(bool replaceMode);
