@@ -26,6 +26,7 @@ class ItemDelegate : public QStyledItemDelegate {
     // Some styles outline the box in a shade of the window colour, which is lost on a dark list.
     option->palette.setBrush(QPalette::Window, option->palette.brush(QPalette::Text));
     if (!mList.Checkboxes()) option->features &= ~QStyleOptionViewItem::HasCheckIndicator;
+    if (index.data(ListView::WarningRole).toBool()) ShowWarning(*option);
   }
 
   bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
@@ -34,10 +35,22 @@ class ItemDelegate : public QStyledItemDelegate {
   }
 
  private:
+  /// The sign is for who cannot tell the colours apart, and for the selected row, which has its own.
+  void ShowWarning(QStyleOptionViewItem& option) const {
+    option.palette.setBrush(QPalette::Text, ListView::WarningColor(option.palette));
+    option.features |= QStyleOptionViewItem::HasDecoration;
+    option.icon = mList.style()->standardIcon(QStyle::SP_MessageBoxWarning, &option, &mList);
+  }
+
   const ListView& mList;
 };
 
 }  // namespace
+
+QColor ListView::WarningColor(const QPalette& palette) {
+  const bool isDark = palette.color(QPalette::Base).lightness() < 128;
+  return isDark ? QColor(255, 176, 84) : QColor(150, 66, 0);
+}
 
 ListView::ListView(QWidget* parent) : QTreeView(parent) {
   setHeader(new FilledHeader(this));

@@ -5,7 +5,8 @@
 namespace brackwell {
 
 /// A report list over any table model: one item per row, whole rows selected and copied, columns sized by
-/// code. The check mark of an item is the model's Qt::CheckStateRole in the first column.
+/// code. The check mark of an item is the model's Qt::CheckStateRole in the first column. A cell whose
+/// WarningRole is true shows a warning sign and has its text in WarningColor.
 class ListView : public QTreeView {
   Q_OBJECT
   Q_PROPERTY(bool Checkboxes READ Checkboxes WRITE SetCheckboxes)
@@ -16,6 +17,10 @@ class ListView : public QTreeView {
   /// Whether the items have check boxes: they then show, count and follow the Space key.
   bool Checkboxes() const { return mCheckboxes; }
   void SetCheckboxes(bool checkboxes);
+
+  static constexpr int WarningRole = Qt::UserRole + 100;
+  /// Readable where the palette's texts are.
+  static QColor WarningColor(const QPalette& palette);
 
  Q_SIGNALS:
   /// A right click, or the menu key on the current item. The item may be none.

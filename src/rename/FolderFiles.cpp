@@ -15,13 +15,27 @@ const std::vector<std::string>& FolderFiles::Read(const std::string& path) {
     mRead = Now();
     mModified = folder->Properties().DateLastModified;
     mIdentity = mFiles.Identity(path);
-    mNames.clear();
-    for (const Member& file : folder->Files()) mNames.emplace_back(file.Name);
+    ReadNames(*folder);
     mFolder = path;
     return mNames;
   } catch (const FileSystemError&) {
     Forget();
+    mTaken = {};
     throw;
+  }
+}
+
+void FolderFiles::ReadNames(Folder& folder) {
+  mNames.clear();
+  mTaken = {};
+  for (const Member& file : folder.Files()) {
+    mNames.emplace_back(file.Name);
+    mTaken.All.Add(NameCounts::KeyOf(file.Name));
+    if (file.IsLink) mTaken.Kept.Add(NameCounts::KeyOf(file.Name));
+  }
+  for (const Member& subFolder : folder.SubFolders()) {
+    mTaken.All.Add(NameCounts::KeyOf(subFolder.Name));
+    mTaken.Kept.Add(NameCounts::KeyOf(subFolder.Name));
   }
 }
 

@@ -106,6 +106,10 @@ std::string NewName(const Naming& naming, const RenameItem& item) {
   return name;
 }
 
+bool IsWrapped(const Naming& naming, const RenameItem& item) {
+  return item.Number && std::to_string(*item.Number).size() > naming.Width;
+}
+
 bool RenameFiles(FileSystemObject& files, const RenamePlan& plan, Progress& progress) {
   try {
     return plan.Preserve ? CopyAll(files, plan, progress) : RenameInPlace(files, plan, progress);

@@ -60,6 +60,9 @@ void AssignNewNames(WorkList& list, const Naming& naming);
 /// Empty where the item has none. A number of more digits than the width keeps only its last ones.
 std::string NewName(const Naming& naming, const RenameItem& item);
 
+/// Whether its number has more digits than the width.
+bool IsWrapped(const Naming& naming, const RenameItem& item);
+
 /// Everything that RenameFiles needs to know.
 struct RenamePlan {
   std::string Folder;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/NativeText.h"
+#include "controls/ListView.h"
 
 namespace brackwell {
 
@@ -16,12 +17,14 @@ bool RenameList::HasNewNames() const {
 void RenameList::SetItems(WorkList items) {
   beginResetModel();
   mItems = std::move(items);
+  mForecasts.clear();
   endResetModel();
 }
 
 void RenameList::CheckAll(bool checked) {
   for (RenameItem& item : mItems) item.Checked = checked;
   ColumnChanged(OriginalFileColumn);
+  PlanChanged();
 }
 
 /// The view keeps its place: to it two items have changed, and none has gone.
@@ -30,11 +33,24 @@ void RenameList::MoveItem(int row, int newRow) {
   std::swap(mItems[row], mItems[newRow]);
   for (const int changed : {row, newRow})
     Q_EMIT dataChanged(index(changed, OriginalFileColumn), index(changed, NewFileColumn));
+  PlanChanged();
 }
 
 void RenameList::AssignNewNames(const Naming& naming) {
   mNaming = naming;
   brackwell::AssignNewNames(mItems, naming);
+  PlanChanged();
+}
+
+void RenameList::SetTakenNames(bool preserve, TakenNames taken) {
+  mPreserve = preserve;
+  mTaken = std::move(taken);
+  PlanChanged();
+}
+
+/// A tick or a place decides about the names of others, too.
+void RenameList::PlanChanged() {
+  mForecasts.clear();
   ColumnChanged(NewFileColumn);
 }
 
@@ -53,13 +69,25 @@ QString RenameList::Text(const QModelIndex& index) const {
   return ToShownText(index.column() == OriginalFileColumn ? item.Name : NewName(mNaming, item));
 }
 
+QString RenameList::Warning(const QModelIndex& index) const {
+  if (index.column() != NewFileColumn || !mItems[index.row()].Number) return {};
+  if (mForecasts.empty()) mForecasts = Forecast(mItems, mNaming, mPreserve, mTaken);
+  return QString::fromStdString(WarningText(mForecasts[index.row()]));
+}
+
 QVariant RenameList::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   switch (role) {
     case Qt::DisplayRole:
       return Text(index);
-    case Qt::ToolTipRole:
-      return ToToolTip(Text(index));
+    case Qt::ToolTipRole: {
+      const QString warning = Warning(index);
+      return ToToolTip(warning.isEmpty() ? Text(index) : Text(index) + u'\n' + warning);
+    }
+    case Qt::AccessibleDescriptionRole:
+      return Warning(index);
+    case ListView::WarningRole:
+      return !Warning(index).isEmpty();
     case Qt::CheckStateRole:
       if (index.column() != OriginalFileColumn) return {};
       return mItems[index.row()].Checked ? Qt::Checked : Qt::Unchecked;
@@ -72,6 +100,7 @@ bool RenameList::setData(const QModelIndex& index, const QVariant& value, int ro
   if (!index.isValid() || index.column() != OriginalFileColumn || role != Qt::CheckStateRole) return false;
   mItems[index.row()].Checked = value.toInt() == Qt::Checked;
   Q_EMIT dataChanged(index, index, {Qt::CheckStateRole});
+  PlanChanged();
   Q_EMIT ItemCheck(index.row());
   return true;
 }

@@ -2,12 +2,13 @@
 
 #include <QAbstractTableModel>
 
-#include "rename/RenameEngine.h"
+#include "rename/RenameForecast.h"
 
 namespace brackwell {
 
 /// The work list as its list view shows it: the order is that of the numbers, and a tick lets a file take
-/// part. New names are made when they are shown, so that numbering costs no more than counting.
+/// part. New names are made when they are shown, so that numbering costs no more than counting, and what they
+/// are to be warned of is found out once for all rows, when the first of them shows.
 class RenameList : public QAbstractTableModel {
   Q_OBJECT
 
@@ -27,6 +28,8 @@ class RenameList : public QAbstractTableModel {
   /// Exchanges the item with its neighbour at `newRow`. The moved item has no new name.
   void MoveItem(int row, int newRow);
   void AssignNewNames(const Naming& naming);
+  /// The names that new ones meet: in the folder, or where its copies go.
+  void SetTakenNames(bool preserve, TakenNames taken);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -41,10 +44,16 @@ class RenameList : public QAbstractTableModel {
 
  private:
   QString Text(const QModelIndex& index) const;
+  /// Empty where there is nothing to be said of the cell.
+  QString Warning(const QModelIndex& index) const;
   void ColumnChanged(int column);
+  void PlanChanged();
 
   WorkList mItems;
   Naming mNaming;
+  bool mPreserve = false;
+  TakenNames mTaken;
+  mutable std::vector<NameForecast> mForecasts;  // of the items; none while it has to be made anew
 };
 
 }  // namespace brackwell

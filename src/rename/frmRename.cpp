@@ -55,7 +55,10 @@ QString OtherKey(int index) { return u"other%1"_s.arg(index); }
 }  // namespace
 
 frmRename::frmRename(Services& services)
-    : ToolWindow(services), mList(new RenameList(this)), mFolderFiles(services.Files) {
+    : ToolWindow(services),
+      mList(new RenameList(this)),
+      mFolderFiles(services.Files),
+      mCopies(services.Files) {
   setObjectName(u"frmRename"_s);
   setWindowTitle(u"Rename Image Files"_s);
 
@@ -214,6 +217,7 @@ void frmRename::ConnectHandlers() {
                                Qt::WidgetShortcut);
     connect(move, &QShortcut::activated, this, [this, i] { cmdMoveItem_Click(i); });
   }
+  connect(chkPreserve, &QCheckBox::clicked, this, &frmRename::chkPreserve_Click);
   connect(cmdSetNames, &QPushButton::clicked, this, &frmRename::cmdSetNames_Click);
   connect(cmdRename, &QPushButton::clicked, this, &frmRename::cmdRename_Click);
   connect(cmdClose, &QPushButton::clicked, this, &frmRename::Unload);
@@ -289,6 +293,8 @@ void frmRename::cmdMoveItem_Click(int index) {
   if (hadFocus && !cmdMoveItem[index]->isEnabled()) lvwFiles->setFocus();
 }
 
+void frmRename::chkPreserve_Click() { ShowTakenNames(); }
+
 void frmRename::cmdSetNames_Click() {
   if (txtPrefix->text().isEmpty()) {
     Warn(u"Please specify the prefix for the new filenames."_s);
@@ -299,6 +305,7 @@ void frmRename::cmdSetNames_Click() {
     txtStartNum->setFocus();
   } else {
     AssignNewNames();
+    ShowTakenNames();
   }
 }
 
@@ -324,6 +331,7 @@ void frmRename::LoadFileList() {
     isThere = false;
   }
   mList->SetItems(std::move(items));
+  ShowTakenNames();
   lvwFiles_ItemClick(-1);
   if (!isThere) MsgBox(this, u"Cannot access specified folder."_s, MsgIcon::Critical, windowTitle());
 }
@@ -334,6 +342,19 @@ ExtensionFilter frmRename::ReadFilter() const {
     if (box->isChecked()) filter.Extensions.push_back(box->text().toStdString());
   for (std::size_t i = 0; i < 2; ++i) filter.OtherExtensions[i] = ToNativePath(txtOtherExtension[i]->text());
   return filter;
+}
+
+/// The folder's own names are those that are listed, so that the two columns agree; what happened to them
+/// since then shows when the folder is read again.
+void frmRename::ShowTakenNames() {
+  if (!chkPreserve->isChecked()) return mList->SetTakenNames(false, mFolderFiles.Taken());
+  const std::string folder = mFolderTree->SelectedFolder();
+  try {
+    if (!folder.empty()) mCopies.Read(JoinPath(folder, RenamedFilesFolder));
+  } catch (const FileSystemError&) {
+    // There are no copies yet.
+  }
+  mList->SetTakenNames(true, mCopies.Taken());
 }
 
 void frmRename::AssignNewNames() {

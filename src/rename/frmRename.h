@@ -57,6 +57,7 @@ class frmRename : public ToolWindow {
   void lvwFiles_ItemClick(int row);
   void cmdCheck_Click(int index);
   void cmdMoveItem_Click(int index);
+  void chkPreserve_Click();
   void cmdSetNames_Click();
   void cmdRename_Click();
 
@@ -64,6 +65,8 @@ class frmRename : public ToolWindow {
   int SelectedRow() const;
   void LoadFileList();
   ExtensionFilter ReadFilter() const;
+  /// Has the list warn of names that are taken where the run puts its files.
+  void ShowTakenNames();
   void AssignNewNames();
   void RenameFiles();
   /// All but what ends a run.
@@ -92,6 +95,7 @@ class frmRename : public ToolWindow {
 
   RenameList* mList;
   FolderFiles mFolderFiles;
+  FolderFiles mCopies;      // where copies go
   bool mKeyIsDown = false;  // in a box for other extensions
 };
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <random>
 
+#include "rename/RenameForecast.h"
 #include "rename/RenamedFolder.h"
 
 // Random folders, renamed by random plans: gaps, swaps, numbers that wrap, names that differ in case only,
@@ -85,6 +86,39 @@ class RandomFolder : public RenamedFolder {
     }
   }
 
+  void BecomeWhatWasForecast() {
+    const auto forecasts = Forecasts(false);
+    Rename(mList, mPrefix, mStart);
+    const Contents now = Now();
+    for (std::size_t item = 0; item < mList.size(); ++item) {
+      const bool isGiven = mList[item].Checked && forecasts[item].What == NameForecast::Fate::Given;
+      const std::string name = isGiven ? NewName(mNaming, mList[item]) : mList[item].Name;
+      const auto found = now.find(KeyOf(name));
+      ASSERT_NE(found, now.end()) << name;
+      EXPECT_EQ(found->second, mBefore[KeyOf(mList[item].Name)]) << name;
+    }
+  }
+
+  void HaveTheCopiesThatWereForecast() {
+    using Fate = NameForecast::Fate;
+    Tree.File("images/Renamed Files/" + std::string(mPrefix == "x" ? "x2.JPG" : "x1.JPG"), "earlier");
+    const Contents before = Now("images/Renamed Files");
+    const auto forecasts = Forecasts(true);
+    Rename(mList, mPrefix, mStart, true);
+    const Contents now = Now("images/Renamed Files");
+    for (std::size_t item = 0; item < mList.size(); ++item) {
+      const std::string newName = NewName(mNaming, mList[item]);
+      const Fate fate = forecasts[item].What;
+      if (newName.empty() || fate == Fate::NoFileName) continue;
+      const auto found = now.find(KeyOf(newName));
+      ASSERT_NE(found, now.end()) << newName;
+      EXPECT_EQ(found->second == mBefore[KeyOf(mList[item].Name)], fate != Fate::IsReplaced) << newName;
+      if (fate == Fate::Given && IsCaseKept) {
+        EXPECT_FALSE(before.contains(newName)) << newName;
+      }
+    }
+  }
+
   void KeepTheirOriginalsAndGetTheLastCopyOfEachName() {
     Contents expected;
     for (const auto& [name, content] : PlannedCopies()) expected[name] = content;
@@ -115,6 +149,13 @@ class RandomFolder : public RenamedFolder {
   }
 
  private:
+  std::vector<NameForecast> Forecasts(bool preserve) {
+    AssignNewNames(mList, mNaming);
+    FolderFiles place(FileSystem);
+    place.Read(Tree.Path(preserve ? "images/Renamed Files" : "images"));
+    return Forecast(mList, mNaming, preserve, place.Taken());
+  }
+
   Contents Now(const std::string& folder = "images") {
     Contents now;
     for (const std::string& name : Tree.List(folder))
@@ -180,6 +221,10 @@ TEST(RandomFolders, AreRenamedAsIfOneFileAfterTheOther) {
 }
 TEST(RandomFolders, LoseNothingWhicheverCallFails) {
   ForManyFolders(&RandomFolder::LoseNothingWhicheverCallFails);
+}
+TEST(RandomFolders, BecomeWhatWasForecast) { ForManyFolders(&RandomFolder::BecomeWhatWasForecast); }
+TEST(RandomFolders, HaveTheCopiesThatWereForecast) {
+  ForManyFolders(&RandomFolder::HaveTheCopiesThatWereForecast);
 }
 TEST(RandomFolders, KeepTheirOriginalsAndGetTheLastCopyOfEachName) {
   ForManyFolders(&RandomFolder::KeepTheirOriginalsAndGetTheLastCopyOfEachName);
