@@ -1,10 +1,12 @@
 #include "common/FormHelpers.h"
 
 #include <QAbstractItemModel>
+#include <QAction>
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -118,6 +120,16 @@ double ForFont(const QWidget& window, double designed) {
 QSize ForFont(const QWidget& window, QSize designed) {
   return {qRound(ForFont(window, double(designed.width()))),
           qRound(ForFont(window, double(designed.height())))};
+}
+
+void GiveHelpKey(QDialog& dialog, std::function<void(const QString& key)> showHelp) {
+  dialog.setWindowModality(Qt::WindowModal);
+  auto* help = new QAction(&dialog);
+  help->setObjectName(u"HelpKey"_s);
+  help->setShortcut(QKeySequence::HelpContents);
+  QObject::connect(help, &QAction::triggered, &dialog,
+                   [&dialog, showHelp = std::move(showHelp)] { showHelp(dialog.objectName()); });
+  dialog.addAction(help);
 }
 
 double TwipsPerPixel() {

@@ -3,10 +3,12 @@
 #include <QSize>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
 class QCheckBox;
+class QDialog;
 class QLabel;
 class QRadioButton;
 class QWidget;
@@ -32,6 +34,10 @@ constexpr int Spacing = 6;
 /// are.
 double ForFont(const QWidget& window, double designed);
 QSize ForFont(const QWidget& window, QSize designed);
+
+/// F1 in the dialog, which is yet to be shown, has `showHelp` called with its name in the code. The dialog
+/// then blocks its own window alone, so that the help can be read while it is open.
+void GiveHelpKey(QDialog& dialog, std::function<void(const QString& key)> showHelp);
 
 /// Measures of windows are in twips, 1440 to the inch.
 double TwipsPerPixel();

@@ -14,6 +14,8 @@ struct Services {
   frmImages& Images;
   /// Enables or disables the toolbar button with the given key ("Print": and its menu item).
   std::function<void(const QString& key, bool enabled)> tlbMain_ENABLE;
+  /// Shows the help's topic about the tool or dialog with the given key.
+  std::function<void(const QString& key)> ShowHelp = [](const QString&) {};
 };
 
 /// A window inside the main window. A tool that can print has an invokable `PrintData` without arguments; the

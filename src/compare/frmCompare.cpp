@@ -378,6 +378,7 @@ void frmCompare::grdCompare_DblClick(int row) {
   if (mShowFullPath)
     info.ObjectName = ReplaceRoot(item.Name, IsTargetSide(item.Kind) ? info.TargetRoot : info.SourceRoot, {});
   info.ObjectType = IsFile(item.Kind) ? u"File"_s : u"Folder"_s;
+  GiveHelpKey(info, mServices.ShowHelp);
   info.exec();
 }
 

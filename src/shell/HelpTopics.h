@@ -4,7 +4,8 @@
 
 namespace brackwell {
 
-/// The help file's page about the tool with this key, "compare.html"; the first page where there is none.
-QString HelpTopicOf(const QString& toolKey);
+/// The help file's page about the tool or dialog with this key, "compare.html"; the first page where there is
+/// none.
+QString HelpTopicOf(const QString& key);
 
 }  // namespace brackwell

@@ -61,7 +61,8 @@ ToolWindow* ToolOf(const QMdiSubWindow* frame) {
 
 frmMain::frmMain(std::vector<Tool> tools)
     : mFiles(CreateFileSystemObject()),
-      mServices{*mFiles, mImages, [this](const QString& key, bool enabled) { tlbMain_ENABLE(key, enabled); }},
+      mServices{*mFiles, mImages, [this](const QString& key, bool enabled) { tlbMain_ENABLE(key, enabled); },
+                [this](const QString& key) { ShowHelp(key); }},
       mTools(std::move(tools)),
       mMdiArea(NewMdiArea(this)),
       tlbMain(new QToolBar(u"Toolbar"_s, this)) {
@@ -295,7 +296,11 @@ void frmMain::mnuFile_Close_Click() {
 
 void frmMain::mnuFile_Exit_Click() { close(); }
 
-void frmMain::mnuTools_Options_Click() { frmOptions(this).exec(); }
+void frmMain::mnuTools_Options_Click() {
+  frmOptions options(this);
+  GiveHelpKey(options, mServices.ShowHelp);
+  options.exec();
+}
 
 // --- windows and help ----------------------------------------------------------------
 
@@ -324,15 +329,25 @@ void frmMain::mnuHelp_Search_Click() {
 
 void frmMain::HelpKey_Press() {
   const QMdiSubWindow* frame = mMdiArea->currentSubWindow();
-  const QString topic = HelpTopicOf(frame && !frame->isHidden() ? frame->objectName() : QString());
+  ShowHelp(frame && !frame->isHidden() ? frame->objectName() : QString());
+}
+
+void frmMain::ShowHelp(const QString& key) {
+  const QString topic = HelpTopicOf(key);
   if (!HelpFileExists() || ShowHelpTopic(mHelpFile, topic.toStdString())) return;
   if (HelpWindow* help = OwnHelpWindow()) help->ShowTopic(topic);
 }
 
 bool frmMain::HelpFileExists() {
   if (mFiles->FileExists(mHelpFile)) return true;
-  MsgBox(this, u"Cannot find help file."_s, MsgIcon::Critical, u"Brackwell Help"_s);
+  TellOfHelp(u"Cannot find help file."_s);
   return false;
+}
+
+/// In front of the dialog that asked, if one did.
+void frmMain::TellOfHelp(const QString& text) {
+  QWidget* dialog = QApplication::activeModalWidget();
+  MsgBox(dialog ? dialog : this, text, MsgIcon::Critical, u"Brackwell Help"_s);
 }
 
 HelpWindow* frmMain::OwnHelpWindow() {
@@ -342,11 +357,14 @@ HelpWindow* frmMain::OwnHelpWindow() {
   if (file)
     mHelpWindow = std::make_unique<HelpWindow>(std::move(*file));
   else
-    MsgBox(this, u"The help file is damaged: "_s + ToShownText(mHelpFile), MsgIcon::Critical,
-           u"Brackwell Help"_s);
+    TellOfHelp(u"The help file is damaged: "_s + ToShownText(mHelpFile));
   return mHelpWindow.get();
 }
 
-void frmMain::mnuHelp_About_Click() { frmAbout(*mFiles, this).exec(); }
+void frmMain::mnuHelp_About_Click() {
+  frmAbout about(*mFiles, this);
+  GiveHelpKey(about, mServices.ShowHelp);
+  about.exec();
+}
 
 }  // namespace brackwell

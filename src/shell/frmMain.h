@@ -77,8 +77,10 @@ class frmMain : public QMainWindow {
   QMdiSubWindow* OpenWindowOf(const Tool& tool) const;
   /// Shows the topic of the tool in front.
   void HelpKey_Press();
+  void ShowHelp(const QString& key);
   /// Tells the user where there is none.
   bool HelpFileExists();
+  void TellOfHelp(const QString& text);
   /// Where the system has no viewer of its own; null for a damaged help file, which the user is told of.
   HelpWindow* OwnHelpWindow();
   /// Tells the tool windows which of them is the active one, where that has changed.

@@ -1,5 +1,6 @@
 #include "compare/frmCompareInfo.h"
 
+#include <QClipboard>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTimer>
@@ -100,6 +101,42 @@ class frmCompareInfoTest : public QObject {
     QTimer::singleShot(50, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
     QTest::keyClick(&grid, Qt::Key_Return);
     QVERIFY(!QApplication::activeModalWidget());
+  }
+
+  void F1AsksForItsHelp() {
+    ComparisonWindow window;
+    window.Tree.File("s/a");
+    window.Compare();
+    QStringList asked;
+    window.Lent.ShowHelp = [&](const QString& key) { asked << key; };
+    Qt::WindowModality modality = Qt::NonModal;
+    QTimer::singleShot(100, [&] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      modality = dialog->windowModality();
+      QTest::keySequence(dialog, QKeySequence(u"F1"_s));
+      QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    DoubleClick(window, 0);
+    QCOMPARE(asked, QStringList{u"frmCompareInfo"_s});
+    QCOMPARE(modality, Qt::WindowModal);  // the help can be read meanwhile
+  }
+
+  void PropertiesAreCopied() {
+    ComparisonWindow window;
+    window.Tree.File("s/a", "12345");
+    window.Tree.File("t/a", "1");
+    window.Compare();
+    QTimer::singleShot(100, [] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      auto* grid = dialog->findChild<FlexGrid*>(u"grdProperties"_s);
+      grid->selectAll();
+      QTest::keyClick(grid, Qt::Key_C, Qt::ControlModifier);
+      QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    DoubleClick(window, 0);
+    const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+    QCOMPARE(lines.size(), 12);
+    QVERIFY(lines.contains(u"5\tSize\t1"_s));
   }
 
   void AnUnreadableFolderIsTold() {

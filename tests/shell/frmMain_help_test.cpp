@@ -1,12 +1,16 @@
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
+#include "common/FormHelpers.h"
 #include "controls/HelpPage.h"
 #include "controls/HelpWindow.h"
 #include "shell/HelpTopics.h"
@@ -31,6 +35,18 @@ struct Shell {
 
   void Choose(const QString& item) { Main.findChild<QAction*>(item)->trigger(); }
   void PressF1() { QTest::keySequence(&Main, QKeySequence(u"F1"_s)); }
+
+  /// Hands the dialog that is about to show to `use`, then closes it.
+  template <typename Use>
+  void InDialog(Use use) {
+    QTimer::singleShot(0, &Main, [use] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (!dialog || !QTest::qWaitFor([&] { return QApplication::activeWindow() == dialog; }))
+        qFatal("no dialog");
+      use(*dialog);
+      dialog->reject();
+    });
+  }
 
   QList<HelpWindow*> HelpWindows() const {
     QList<HelpWindow*> windows;
@@ -63,6 +79,10 @@ class frmMainHelpTest : public QObject {
   void F1WithoutATool();
   void F1PerWindow_data();
   void F1PerWindow();
+  void F1InADialog_data();
+  void F1InADialog();
+  void HelpIsReadBesideADialog();
+  void AMissingFileIsToldInFrontOfTheDialog();
   void ASecondF1UsesTheSameWindow();
   void AClosedWindowComesBack();
   void ClosingTheMainWindowClosesIt();
@@ -117,6 +137,59 @@ void frmMainHelpTest::F1PerWindow() {
   shell.Main.findChild<QToolButton*>(key)->click();
   shell.PressF1();
   QCOMPARE(shell.Topic(), topic);
+}
+
+void frmMainHelpTest::F1InADialog_data() {
+  QTest::addColumn<QString>("item");
+  QTest::addColumn<QString>("dialog");
+  QTest::addColumn<QString>("topic");
+  QTest::newRow("options") << u"mnuTools_Options"_s << u"frmOptions"_s << u"options.html"_s;
+  QTest::newRow("about") << u"mnuHelp_About"_s << u"frmAbout"_s << u"main-window.html"_s;
+}
+
+void frmMainHelpTest::F1InADialog() {
+  QFETCH(QString, item);
+  QFETCH(QString, dialog);
+  QFETCH(QString, topic);
+  Shell shell;
+  QString seen;
+  shell.InDialog([&](QDialog& shown) {
+    QTest::keySequence(&shown, QKeySequence(u"F1"_s));
+    seen = shown.objectName() + u' ' + shell.Topic();
+  });
+  shell.Choose(item);
+  QCOMPARE(seen, dialog + u' ' + topic);
+}
+
+void frmMainHelpTest::HelpIsReadBesideADialog() {
+  Shell shell;
+  QString seen;
+  shell.InDialog([&](QDialog& shown) {
+    QTest::keySequence(&shown, QKeySequence(u"F1"_s));
+    HelpWindow* help = shell.HelpWindows().value(0);
+    if (!help || !QTest::qWaitForWindowActive(help)) return;
+    auto* larger = help->findChild<QToolButton*>(u"cmdLarger"_s);
+    const int zoom = help->findChild<HelpPage*>()->Zoom();
+    // By way of the window system: what is blocked hears nothing.
+    QTest::mouseClick(help->windowHandle(), Qt::LeftButton, {}, larger->mapTo(help, larger->rect().center()));
+    const bool heard = help->findChild<HelpPage*>()->Zoom() == zoom + 1;
+    auto* button = shell.Main.findChild<QToolButton*>(u"Drive"_s);
+    QTest::mouseClick(shell.Main.windowHandle(), Qt::LeftButton, {},
+                      button->mapTo(&shell.Main, button->rect().center()));
+    const bool isBlocked = !shell.Main.findChild<QMdiArea*>()->currentSubWindow();
+    seen = (heard ? u"help heard, "_s : u"help deaf, "_s) + (isBlocked ? u"main blocked"_s : u"main heard"_s);
+    help->close();
+  });
+  shell.Choose(u"mnuTools_Options"_s);
+  QCOMPARE(seen, u"help heard, main blocked"_s);
+}
+
+void frmMainHelpTest::AMissingFileIsToldInFrontOfTheDialog() {
+  QVERIFY(QFile::remove(HelpFilePath()));
+  Shell shell;
+  shell.InDialog([](QDialog& shown) { QTest::keySequence(&shown, QKeySequence(u"F1"_s)); });
+  shell.Choose(u"mnuHelp_About"_s);
+  QCOMPARE(shell.Boxes.TakeTexts(), QStringList{u"Cannot find help file."_s});
 }
 
 void frmMainHelpTest::ASecondF1UsesTheSameWindow() {
