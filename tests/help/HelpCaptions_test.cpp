@@ -1,6 +1,7 @@
 // What the windows say of themselves is what the help calls it.
 
 #include <QAbstractButton>
+#include <QContextMenuEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
@@ -10,8 +11,15 @@
 #include <QTest>
 #include <QToolButton>
 
+#include "compare/CompareGrid.h"
+#include "compare/frmCompare.h"
+#include "controls/FlexGrid.h"
+#include "controls/ListView.h"
+#include "controls/uctSelectDir.h"
 #include "help/ChmFile.h"
 #include "help/HelpText.h"
+#include "replace/ReplaceList.h"
+#include "replace/frmReplace.h"
 #include "shell/frmMain.h"
 #include "shell/frmOptions.h"
 #include "support/IsolatedSettings.h"
@@ -39,6 +47,22 @@ QStringList Captions(const QWidget& window) {
     for (int page = 0; page < pages->count(); ++page) captions << pages->tabText(page);
   captions.removeAll(QString());
   return captions;
+}
+
+/// Of the menu that the place, or a place in it, is asked for.
+QStringList MenuCaptions(QWidget& place, const QPoint& at) {
+  QContextMenuEvent event(QContextMenuEvent::Mouse, at, place.mapToGlobal(at));
+  QCoreApplication::sendEvent(&place, &event);
+  QWidget& owner = qobject_cast<QAbstractItemView*>(place.parentWidget()) ? *place.parentWidget() : place;
+  const auto* menu = owner.findChild<QMenu*>();
+  if (!menu) qFatal("no menu");
+  QStringList captions;
+  for (const QAction* item : menu->actions()) captions << item->text();
+  return captions;
+}
+
+QStringList RowMenuCaptions(QAbstractItemView& view, int column) {
+  return MenuCaptions(*view.viewport(), view.visualRect(view.model()->index(0, column)).center());
 }
 
 QString PagesText(const QStringList& topics) {
@@ -70,6 +94,10 @@ class HelpCaptionsTest : public QObject {
   void Menus();
   void Tools_data();
   void Tools();
+  void MenusOfRows_data();
+  void MenusOfRows();
+  void MenuOfAResult();
+  void MenuOfAFolderSelector();
 };
 
 void HelpCaptionsTest::Options() {
@@ -116,6 +144,45 @@ void HelpCaptionsTest::Tools() {
   const auto* window = main.findChild<ToolWindow*>();
   QVERIFY(window);
   QCOMPARE(Missing(Captions(*window), PagesText(topics)), QString());
+}
+
+void HelpCaptionsTest::MenusOfRows_data() {
+  QTest::addColumn<int>("column");
+  QTest::newRow("source") << int(CompareGrid::NameColumn);
+  QTest::newRow("target") << int(CompareGrid::FixTargetColumn);
+}
+
+void HelpCaptionsTest::MenusOfRows() {
+  QFETCH(int, column);
+  frmMain main(ToolTable());
+  main.show();
+  main.findChild<QToolButton*>(u"DirCompare"_s)->click();
+  auto* window = main.findChild<frmCompare*>();
+  window->Grid().AddCompareRow(MakeRow(ResultKind::SourceFileNewer, "name"));
+  window->Grid().Publish();
+  const QStringList captions = RowMenuCaptions(*window->findChild<FlexGrid*>(), column);
+  QVERIFY(captions.size() >= 10);
+  QCOMPARE(Missing(captions, PagesText({u"compare-folders.html"_s, u"compare-fix.html"_s})), QString());
+}
+
+void HelpCaptionsTest::MenuOfAResult() {
+  frmMain main(ToolTable());
+  main.show();
+  main.findChild<QToolButton*>(u"Replace"_s)->click();
+  auto* window = main.findChild<frmReplace*>();
+  window->List().Rows().push_back({.Path = "/name", .Result = {}});
+  window->List().PublishRows();
+  const QStringList captions = RowMenuCaptions(*window->findChild<ListView*>(), 0);
+  QVERIFY(captions.size() >= 3);
+  QCOMPARE(Missing(captions, PagesText({u"replace-find.html"_s})), QString());
+}
+
+void HelpCaptionsTest::MenuOfAFolderSelector() {
+  frmMain main(ToolTable());
+  main.findChild<QToolButton*>(u"DirCompare"_s)->click();
+  const QStringList captions = MenuCaptions(*main.findChild<uctSelectDir*>(), {3, 3});
+  QVERIFY(captions.size() >= 2);
+  QCOMPARE(Missing(captions, PagesText({u"folders.html"_s})), QString());
 }
 
 }  // namespace brackwell
