@@ -134,15 +134,17 @@ void uctSelectDir::contextMenuEvent(QContextMenuEvent* event) {
 /// so where it does not.
 void uctSelectDir::AddRecentFolders(QMenu& menu) {
   menu.addSeparator();
-  int number = 0;
-  for (const QString& folder : RecentFolders()) {
-    const QString shown = fontMetrics().elidedText(ToShownText(folder.toStdString()), Qt::ElideMiddle,
-                                                   fontMetrics().averageCharWidth() * MenuCharacters);
-    QString caption = shown;
+  menu.setToolTipsVisible(true);  // for those that are shortened
+  const QStringList folders = RecentFolders();
+  for (int i = 0; i < folders.size(); ++i) {
+    const QString& folder = folders[i];
+    const QString shown = ToShownText(folder.toStdString());
+    QString caption =
+        fontMetrics().elidedText(shown, Qt::ElideMiddle, fontMetrics().averageCharWidth() * MenuCharacters);
     caption.replace(u'&', u"&&"_s);
-    ++number;
-    AddMenuItem(menu, u"mnuRecent(%1)"_s.arg(number - 1), u"&%1 %2"_s.arg(number % 10).arg(caption), this,
-                [this, folder] { Choose(folder); });
+    AddMenuItem(menu, u"mnuRecent(%1)"_s.arg(i), u"&%1 %2"_s.arg((i + 1) % 10).arg(caption), this,
+                [this, folder] { Choose(folder); })
+        ->setToolTip(ToToolTip(shown));
   }
 }
 

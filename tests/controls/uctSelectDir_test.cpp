@@ -289,6 +289,7 @@ class uctSelectDir_test : public QObject {
     QAction* recent = Item(selector, u"mnuRecent(0)"_s);
     QVERIFY(recent->text().startsWith(u"&1 /home/"_s) && recent->text().endsWith(u"/end/"_s));
     QVERIFY(recent->text().size() < 120);
+    QVERIFY(recent->toolTip().contains(longFolder));
     recent->trigger();
     QCOMPARE(selector.Folder(), longFolder);
   }
