@@ -1,5 +1,6 @@
 #include "dirdisplay/frmDirDisplay.h"
 
+#include <QClipboard>
 #include <QGroupBox>
 #include <QHeaderView>
 
@@ -51,6 +52,7 @@ class frmDirDisplayTest : public QObject {
   void ControlsHaveNamesForEverybody();
   void NothingIsOfferedToPrint();
   void TheFolderChosenIsShown();
+  void TheSelectedPropertyIsCopied();
   void StoredChoicesComeBack();
   void WhatIsStoredWrongLeavesTheDesign();
   void ANewerPropertyIsAppended();
@@ -130,6 +132,15 @@ void frmDirDisplayTest::NothingIsOfferedToPrint() {
   window.Form->Form_Activate();
   QVERIFY(window.Form->metaObject()->indexOfMethod("PrintData()") < 0);
   QVERIFY(!window.Enabled.contains(u"Print+"_s));
+}
+
+void frmDirDisplayTest::TheSelectedPropertyIsCopied() {
+  DisplayWindow window;
+  auto& list = window.Get<ListView>("lvwFileInfo");
+  list.setCurrentIndex(list.model()->index(1, 0));
+  QTest::keyClick(&list, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+  QCOMPARE(QGuiApplication::clipboard()->text(), u"Date Created"_s);
 }
 
 void frmDirDisplayTest::TheFolderChosenIsShown() {

@@ -1,6 +1,7 @@
 #include "drives/frmDrives.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QFile>
 #include <QHeaderView>
 #include <QMdiArea>
@@ -106,6 +107,13 @@ class frmDrivesTest : public QObject {
                QString::fromUtf8(expected.Key.data(), qsizetype(expected.Key.size())));
       QVERIFY(!window.List().isColumnHidden(column));
     }
+  }
+
+  void TheRowsAreCopied() {
+    DriveWindow window;
+    QTest::keyClick(&window.List(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&window.List(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), window.Lines().join(u'\n').replace(u'|', u'\t'));
   }
 
   void TheDrivesAreReadOncePerOpening() {

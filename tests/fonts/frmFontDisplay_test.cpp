@@ -1,5 +1,6 @@
 #include "fonts/FontsWindow.h"
 
+#include <QClipboard>
 #include <QFile>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -126,6 +127,16 @@ class frmFontDisplayTest : public QObject {
     FontsWindow window;
     QCOMPARE(window.Get<QLabel>("hdgFonts").text(), u"&Fonts - 4"_s);
     QCOMPARE(window.Items(), (QStringList{u"+Made Sans"_s, u"+Made Serif"_s, u"+Name"_s, u"+Name"_s}));
+  }
+
+  void TheirNamesAreCopied() {
+    FontsWindow window;
+    auto& list = window.Get<ListView>("lvwFonts");
+    QTest::keyClick(&list, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+    QVERIFY(window.Items().size() > 1);
+    QCOMPARE(QGuiApplication::clipboard()->text(),
+             window.Items().replaceInStrings(u"+"_s, QString()).join(u'\n'));
   }
 
   void AllOrNone() {
