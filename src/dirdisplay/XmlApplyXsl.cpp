@@ -46,17 +46,23 @@ class NoOtherFiles {
   const xmlExternalEntityLoader mBefore = xmlGetExternalEntityLoader();
 };
 
-/// For the whole program and all its time.
-void ForbidFilesAndNetwork() {
-  static xsltSecurityPrefs* const forbidding = [] {
+/// While one is alive no stylesheet reaches a file or the network. They nest.
+class NothingElse {
+ public:
+  NothingElse() {
     xsltSecurityPrefs* const preferences = Require(xsltNewSecurityPrefs());
     for (const auto option : {XSLT_SECPREF_READ_FILE, XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY,
                               XSLT_SECPREF_READ_NETWORK, XSLT_SECPREF_WRITE_NETWORK})
       xsltSetSecurityPrefs(preferences, option, xsltSecurityForbid);
-    return preferences;
-  }();
-  xsltSetDefaultSecurityPrefs(forbidding);
-}
+    xsltSetDefaultSecurityPrefs(preferences);
+  }
+  ~NothingElse() { xsltSetDefaultSecurityPrefs(mBefore); }
+  NothingElse(const NothingElse&) = delete;
+  NothingElse& operator=(const NothingElse&) = delete;
+
+ private:
+  xsltSecurityPrefs* const mBefore = xsltGetDefaultSecurityPrefs();
+};
 
 xmlDoc* ParseStylesheet(const FileSystemObject& files, const std::string& path) {
   const std::string text = files.OpenTextFile(path)->ReadAll();
@@ -185,9 +191,9 @@ std::string ErrorText(int number, const std::string& description) {
 
 std::string XmlApplyXsl(const FileSystemObject& files, const XmlDocument& document, const std::string& path,
                         Progress& progress, const ShowXslError& showError) {
-  ForbidFilesAndNetwork();
   std::string error;
   {
+    const NothingElse nothingElse;
     const XmlMessages messages;
     try {
       xsltStylesheet* const stylesheet = LoadStylesheet(files, path);

@@ -1,5 +1,6 @@
 #include "dirdisplay/XmlMemory.h"
 
+#include <libxml/catalog.h>
 #include <libxml/parser.h>
 #include <libxml/xmlmemory.h>
 #include <libxslt/xslt.h>
@@ -39,12 +40,6 @@ constexpr std::size_t BlockSize(std::size_t size) {
 
 thread_local XmlMemory* theCurrent = nullptr;
 
-/// Address space only; a display is stopped long before.
-std::size_t RangeSize() {
-  constexpr std::size_t Usual = std::size_t{16} << 30;
-  return 4 * std::max(PhysicalMemory(), Usual);
-}
-
 }  // namespace
 
 /// What lies before the memory that is given out. Its size is kept in the place before that memory, which is
@@ -56,6 +51,12 @@ struct XmlMemory::Block {
   std::size_t& Size() { return reinterpret_cast<std::size_t*>(this)[-1]; }
 };
 
+/// Address space only; a display is stopped long before.
+std::size_t XmlMemory::RangeSize() {
+  constexpr std::size_t Usual = std::size_t{16} << 30;
+  return 4 * std::max(PhysicalMemory(), Usual);
+}
+
 XmlMemory::XmlMemory()
     : mRange(RangeSize()),
       mMost(mRange.Size() / 16 * 3),
@@ -66,6 +67,7 @@ XmlMemory::XmlMemory()
   [[maybe_unused]] static const bool prepared = [] {
     // What the libraries make once and keep must not lie in here.
     xmlInitParser();
+    xmlInitializeCatalog();
     xsltInit();
     return xmlMemSetup(Free, Malloc, Realloc, Strdup) == 0;
   }();

@@ -27,6 +27,9 @@ class XmlMemory {
   /// It is more of the machine's memory than one display may have.
   bool IsTooMuch() const { return Used() > mMost; }
 
+  /// How long the range of addresses is.
+  static std::size_t RangeSize();
+
  private:
   struct Block;
 

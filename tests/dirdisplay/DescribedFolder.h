@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "common/Progress.h"
 #include "dirdisplay/DisplayOutput.h"
+#include "dirdisplay/XmlMemory.h"
+#include "platform/ReservedMemory.h"
 #include "support/OwnTempFolder.h"
 #include "support/TempTree.h"
 
@@ -34,6 +37,8 @@ class DescribedFolder : public testing::Test {
   std::string Display(FileSystemObject& files) {
     Told.clear();
     Events events(*this);
+    // Where the memory of displays before was, nothing can be read any more: nothing may have been kept.
+    mInTheirPlaces.push_back(std::make_unique<ReservedMemory>(XmlMemory::RangeSize()));
     try {
       const auto path = DisplayDirectory(files, Options, events,
                                          [this](const std::string& text) { Told.push_back(Shown(text)); });
@@ -100,6 +105,7 @@ class DescribedFolder : public testing::Test {
   };
 
   const OwnTempFolder mOut;
+  std::vector<std::unique_ptr<ReservedMemory>> mInTheirPlaces;
 };
 
 }  // namespace brackwell
