@@ -2,9 +2,9 @@
 
 #include <iterator>
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
+
+#include "platform/Threads.h"
 
 namespace brackwell {
 
@@ -70,14 +70,11 @@ int FolderLister::Start(const std::string& path) {
     }
     shared->Tell(std::move(end));
   };
-  try {
-    std::thread(run).detach();
-  } catch (const std::system_error&) {  // no more threads
+  if (!StartThread(run))
     mShared->Tell({.Listing = listing,
                    .Names = {},
                    .Ended = true,
                    .Failure = FileSystemError(FileError::TooManyFiles, path)});
-  }
   return listing;
 }
 

@@ -4,10 +4,11 @@
 #include <functional>
 #include <future>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
-#include <system_error>
-#include <thread>
+
+#include "platform/Threads.h"
 
 namespace brackwell {
 
@@ -25,13 +26,9 @@ class LateAnswers {
     const std::lock_guard lock(mMutex);
     std::erase_if(mOut, [](const auto& one) { return IsHere(one.second, std::chrono::steady_clock::now()); });
     if (const auto out = mOut.find(name); out != mOut.end()) return out->second;
-    std::packaged_task<Answer()> task(std::move(call));
-    Future answer = task.get_future().share();
-    try {
-      std::thread(std::move(task)).detach();
-    } catch (const std::system_error&) {
-      return {};
-    }
+    const auto task = std::make_shared<std::packaged_task<Answer()>>(std::move(call));
+    Future answer = task->get_future().share();
+    if (!StartThread([task] { (*task)(); })) return {};
     mOut.emplace(name, answer);
     return answer;
   }
