@@ -71,7 +71,11 @@ class Store {
     return mStore.status() == QSettings::NoError;
   }
 
-  QString Place() const { return QDir::toNativeSeparators(mStore.fileName()); }
+  QString Place() const {
+    const QString place = QDir::toNativeSeparators(mStore.fileName());
+    // A key of the registry is given as a path with a root.
+    return place.startsWith(u"\\HKEY_"_s) ? place.mid(1) : place;
+  }
 
  private:
   static QString NewName(const QString& section, const QString& key) {
