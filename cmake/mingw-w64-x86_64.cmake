@@ -21,6 +21,15 @@ execute_process(
   COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\n" ";" brackwell_windows_prefixes "${brackwell_windows_prefixes}")
 
+# The tools that Qt's sources go through run here.
+execute_process(
+  COMMAND qmake6 -query QT_INSTALL_LIBS
+  OUTPUT_VARIABLE brackwell_host_libraries
+  OUTPUT_STRIP_TRAILING_WHITESPACE
+  COMMAND_ERROR_IS_FATAL ANY)
+set(QT_HOST_PATH /usr)
+set(QT_HOST_PATH_CMAKE_DIR "${brackwell_host_libraries}/cmake")
+
 # Libraries and headers come from there only, programs from this machine only.
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32 ${brackwell_windows_prefixes})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)

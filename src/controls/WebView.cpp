@@ -14,8 +14,10 @@
 #include "controls/WebEngine.h"
 #include "platform/Sandbox.h"
 
+#if QT_CONFIG(opengl)
 // Belongs to Qt's interface of its libraries among themselves.
 Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
+#endif
 
 namespace brackwell {
 
@@ -41,8 +43,10 @@ class TextPage : public QTextBrowser {
 /// in place that it never draws with: to have a real one, the program would have to load the graphics drivers
 /// at every start.
 WebEngine* LoadEngine() {
+#if QT_CONFIG(opengl)  // of a Qt without there is no engine either
   if (!QOpenGLContext::globalShareContext())
     qt_gl_set_global_share_context(new QOpenGLContext(QCoreApplication::instance()));
+#endif
   QPluginLoader loader(u"brackwell_webview"_s);
   return qobject_cast<WebEngine*>(loader.instance());
 }
