@@ -1,11 +1,13 @@
 #include "common/RunProgram.h"
 
+#include <QDir>
 #include <QTest>
 #include <QWidget>
 
 #include "support/IsolatedSettings.h"
 #include "support/MessageBoxes.h"
 #include "support/StandInOpener.h"
+#include "support/TempTree.h"
 
 namespace brackwell {
 
@@ -19,6 +21,7 @@ class RunProgramTest : public QObject {
   void AnOpenedDocumentShowsNothing();
   void AFailureIsToldToTheUser();
   void AMissingDocumentIsToldToTheUser();
+  void AMissingFolderIsToldToTheUser();
 };
 
 void RunProgramTest::EveryCodeHasItsMessage() {
@@ -43,19 +46,24 @@ void RunProgramTest::AnOpenedDocumentShowsNothing() {
   const StandInOpener opener;
   const MessageBoxes boxes;
   QWidget form;
-  const QTemporaryDir folder;
-  RunProgram(&form, folder.path().toStdString());
-  QCOMPARE(opener.Opened(), u"file://%1\n"_s.arg(folder.path()));
+  TempTree tree;
+  tree.File("report.htm");
+  const QString folder = QDir::fromNativeSeparators(QString::fromStdString(tree.Path()));
+  RunProgram(&form, tree.Path("report.htm"));
+  QCOMPARE(opener.Opened(), QStringList{folder + u"/report.htm"_s});
+  RunProgram(&form, tree.Path());
+  QCOMPARE(opener.Opened().last(), folder);
   QVERIFY(boxes.Shown().empty());
 }
 
 void RunProgramTest::AFailureIsToldToTheUser() {
   StandInOpener opener;
-  opener.ExitWith(3);
+  opener.OpenNothing();
   const MessageBoxes boxes;
   QWidget form;
-  const QTemporaryDir folder;
-  RunProgram(&form, folder.path().toStdString());
+  TempTree tree;
+  tree.File("report.htm");
+  RunProgram(&form, tree.Path("report.htm"));
   QCOMPARE(boxes.Shown().size(), std::size_t{1});
   const ShownBox& box = boxes.Shown().front();
   QCOMPARE(box.Text, u"There is no application associated with the given file name extension."_s);
@@ -67,12 +75,19 @@ void RunProgramTest::AFailureIsToldToTheUser() {
 void RunProgramTest::AMissingDocumentIsToldToTheUser() {
   const StandInOpener opener;
   MessageBoxes boxes;
-  const QTemporaryDir folder;
-  RunProgram(nullptr, folder.filePath(u"none.htm"_s).toStdString());
-  RunProgram(nullptr, folder.filePath(u"none/none.htm"_s).toStdString());
-  QCOMPARE(boxes.TakeTexts(),
-           QStringList({u"The specified file was not found."_s, u"The specified path was not found."_s}));
-  QCOMPARE(opener.Opened(), QString());
+  const TempTree tree;
+  RunProgram(nullptr, tree.Path("none.htm"));
+  QCOMPARE(boxes.TakeTexts(), QStringList{u"The specified file was not found."_s});
+  QVERIFY(opener.Opened().isEmpty());
+}
+
+void RunProgramTest::AMissingFolderIsToldToTheUser() {
+  const StandInOpener opener;
+  MessageBoxes boxes;
+  const TempTree tree;
+  RunProgram(nullptr, tree.Path("none/none.htm"));
+  QCOMPARE(boxes.TakeTexts(), QStringList{u"The specified path was not found."_s});
+  QVERIFY(opener.Opened().isEmpty());
 }
 
 }  // namespace brackwell

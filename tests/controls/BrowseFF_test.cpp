@@ -95,8 +95,10 @@ class BrowseFF_test : public QObject {
     QTest::newRow("absolute") << sub << sub;
     QTest::newRow("separator at the end") << sub + u'/' << sub;
     QTest::newRow("separators at the end") << sub + u"//"_s << sub;
-    QTest::newRow("home") << u"~"_s << QDir::homePath();
-    QTest::newRow("home with separator") << u"~/"_s << QDir::homePath();
+    if (QDir::separator() == u'/') {  // elsewhere nobody knows that name of it
+      QTest::newRow("home") << u"~"_s << QDir::homePath();
+      QTest::newRow("home with separator") << u"~/"_s << QDir::homePath();
+    }
     QTest::newRow("root") << QDir::rootPath() << QDir::rootPath();
   }
   void ATypedPathIsTaken() {

@@ -11,7 +11,7 @@
 #include "dirdisplay/DisplayOutput.h"
 #include "dirdisplay/XmlMemory.h"
 #include "platform/ReservedMemory.h"
-#include "support/OwnTempFolder.h"
+#include "support/OwnFolders.h"
 #include "support/TempTree.h"
 
 namespace brackwell {

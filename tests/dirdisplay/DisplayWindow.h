@@ -23,6 +23,7 @@
 #include "support/FailingFileSystem.h"
 #include "support/IsolatedSettings.h"
 #include "support/MessageBoxes.h"
+#include "support/OwnFolders.h"
 #include "support/StandInOpener.h"
 #include "support/TempTree.h"
 
@@ -36,8 +37,6 @@ class DisplayWindow {
  public:
   explicit DisplayWindow(int failAt = 0, FileError error = FileError::PermissionDenied)
       : Files(failAt, error) {
-    qputenv("HOME", QByteArray::fromStdString(Tree.Path()));
-    qputenv("TMPDIR", Output.path().toLocal8Bit());
     Area.resize(1000, 800);
     Area.show();
     Form = new frmDirDisplay(Lent);
@@ -48,12 +47,6 @@ class DisplayWindow {
       new QAbstractItemModelTester(Get<ListView>(list).model(),
                                    QAbstractItemModelTester::FailureReportingMode::Fatal, Form);
   }
-  ~DisplayWindow() {
-    qputenv("HOME", mHome);
-    qunsetenv("TMPDIR");
-  }
-  DisplayWindow(const DisplayWindow&) = delete;
-  DisplayWindow& operator=(const DisplayWindow&) = delete;
 
   template <typename Control>
   Control& Get(const char* name) {
@@ -135,12 +128,10 @@ class DisplayWindow {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
- private:
-  const QByteArray mHome = qgetenv("HOME");
-
- public:
   TempTree Tree;
   QTemporaryDir Output;
+  OwnHomeFolder Home{Tree.Path()};
+  OwnTempFolder Temporary{Output.path().toStdString()};
   StandInOpener Opener;
   FailingFileSystem Files;
   frmImages Images;

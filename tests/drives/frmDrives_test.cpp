@@ -21,6 +21,7 @@
 #include "support/FailingFileSystem.h"
 #include "support/IsolatedSettings.h"
 #include "support/MessageBoxes.h"
+#include "support/OwnFolders.h"
 #include "support/StandInOpener.h"
 
 namespace brackwell {
@@ -81,10 +82,10 @@ class frmDrivesTest : public QObject {
  private Q_SLOTS:
   void init() {
     mTemporary = std::make_unique<QTemporaryDir>();
-    qputenv("TMPDIR", mTemporary->path().toLocal8Bit());
+    mTempFolder = std::make_unique<OwnTempFolder>(mTemporary->path().toStdString());
     qputenv("LC_ALL", "C");
   }
-  void cleanup() { qunsetenv("TMPDIR"); }
+  void cleanup() { mTempFolder.reset(); }
 
   void EveryDriveIsARow() {
     DriveWindow window;
@@ -237,7 +238,7 @@ class frmDrivesTest : public QObject {
     const StandInOpener opener;
     DriveWindow window;
     Print(window);
-    QCOMPARE(opener.Opened(), u"file://"_s + Report() + u"\n"_s);
+    QCOMPARE(opener.Opened(), QStringList{Report()});
     const QString expected = ExpectedPage(window);
     QCOMPARE(QString::fromLatin1(Page()), expected);
     Print(window);
@@ -250,15 +251,17 @@ class frmDrivesTest : public QObject {
     main.show();
     main.findChild<QAction*>(u"mnuTools_DriveInfo"_s)->trigger();
     main.findChild<QAction*>(u"mnuFile_Print"_s)->trigger();
-    QVERIFY(opener.Opened().endsWith(u"/drive_info.htm\n"_s));
+    QStringList opened{Report()};
+    QCOMPARE(opener.Opened(), opened);
     main.findChild<QAction*>(u"mnuTools_Compare"_s)->trigger();
     main.findChild<QAction*>(u"mnuFile_Print"_s)->trigger();
-    QCOMPARE(opener.Opened().count(u"drive_info.htm"_s), 1);
-    QVERIFY(opener.Opened().endsWith(u"/dir_compare.htm\n"_s));
+    opened << mTemporary->filePath(u"dir_compare.htm"_s);
+    QCOMPARE(opener.Opened(), opened);
     main.findChild<QAction*>(u"mnuTools_DriveInfo"_s)->trigger();
     QCOMPARE(main.findChildren<frmDrives*>().size(), 1);
     main.findChild<QAction*>(u"mnuFile_Print"_s)->trigger();
-    QCOMPARE(opener.Opened().count(u"drive_info.htm"_s), 2);
+    opened << Report();
+    QCOMPARE(opener.Opened(), opened);
   }
 
   void ThePageIsPlainWhateverTheNamesAre() {
@@ -279,13 +282,13 @@ class frmDrivesTest : public QObject {
     const StandInOpener opener;
     DriveWindow window(SomeDrives, 1);
     QVERIFY_EXCEPTION_THROWN(window.Form->PrintData(), FileSystemError);
-    QCOMPARE(opener.Opened(), QString());
+    QVERIFY(opener.Opened().isEmpty());
     QVERIFY(window.Boxes.Shown().empty());
   }
 
   void ABrowserThatDoesNotStartIsTold() {
     StandInOpener opener;
-    opener.ExitWith(3);
+    opener.OpenNothing();
     DriveWindow window;
     Print(window);
     QCOMPARE(window.Boxes.TakeTexts(),
@@ -335,6 +338,7 @@ class frmDrivesTest : public QObject {
   }
 
   std::unique_ptr<QTemporaryDir> mTemporary;
+  std::unique_ptr<OwnTempFolder> mTempFolder;
 };
 
 }  // namespace brackwell

@@ -5,7 +5,7 @@
 #include "common/Progress.h"
 #include "dirdisplay/DisplayOutput.h"
 #include "e2e/Browser.h"
-#include "support/OwnTempFolder.h"
+#include "support/OwnFolders.h"
 #include "support/TempTree.h"
 
 namespace brackwell {

@@ -19,7 +19,7 @@
 #include "shell/frmImages.h"
 #include "support/FailingFileSystem.h"
 #include "support/IsolatedSettings.h"
-#include "support/MadeFonts_posix.h"
+#include "support/MadeFonts.h"
 #include "support/MessageBoxes.h"
 
 namespace brackwell {

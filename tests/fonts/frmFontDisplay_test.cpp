@@ -1,12 +1,14 @@
 #include "fonts/FontsWindow.h"
 
 #include <QClipboard>
+#include <QDir>
 #include <QFile>
 #include <QMenu>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
 
+#include "support/OwnFolders.h"
 #include "support/StandInOpener.h"
 
 namespace brackwell {
@@ -25,7 +27,7 @@ class frmFontDisplayTest : public QObject {
   void initTestCase() { QCoreApplication::setLibraryPaths({}); }
   void init() {
     mTemporary = std::make_unique<QTemporaryDir>();
-    qputenv("TMPDIR", mTemporary->path().toLocal8Bit());
+    mTempFolder = std::make_unique<OwnTempFolder>(mTemporary->path().toStdString());
     mFonts = std::make_unique<MadeFonts>();
     mFonts->AddFamily("b.ttf", "Made Sans");
     mFonts->AddFamily("a.ttf", "Made Serif");
@@ -33,7 +35,7 @@ class frmFontDisplayTest : public QObject {
   }
   void cleanup() {
     QFile::setPermissions(mTemporary->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    qunsetenv("TMPDIR");
+    mTempFolder.reset();
   }
 
   // --- as it opens ---------------------------------------------------------------------
@@ -347,11 +349,11 @@ class frmFontDisplayTest : public QObject {
 
   void AFolderThatIsGoneIsTold() {
     FontsWindow window;
-    qputenv("TMPDIR", (mTemporary->path() + u"/gone"_s).toLocal8Bit());
+    const OwnTempFolder gone(mTemporary->filePath(u"gone"_s).toStdString());
     window.Click("cmdSample");
     QCOMPARE(window.Boxes.Shown().size(), std::size_t{1});
     const ShownBox& box = window.Boxes.Shown()[0];
-    QCOMPARE(box.Text, u"Path not found\n"_s + mTemporary->path() + u"/gone"_s);
+    QCOMPARE(box.Text, u"Path not found\n"_s + QDir::toNativeSeparators(mTemporary->filePath(u"gone"_s)));
     QCOMPARE(box.Title, u"Font Sample"_s);
     QCOMPARE(box.Icon, QMessageBox::Critical);
     QCOMPARE(window.Get<WebView>("webSample").LocationURL(), QUrl(u"about:blank"_s));
@@ -365,7 +367,7 @@ class frmFontDisplayTest : public QObject {
     last.close();
     FontsWindow window(1);
     window.Click("cmdSample");
-    QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Disk full\n"_s + PagePath()});
+    QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Disk full\n"_s + QDir::toNativeSeparators(PagePath())});
     QCOMPARE(Page(), "the last page");
   }
 
@@ -375,7 +377,7 @@ class frmFontDisplayTest : public QObject {
     const StandInOpener opener;
     FontsWindow window;
     Print(window);
-    QCOMPARE(opener.Opened(), QString());
+    QVERIFY(opener.Opened().isEmpty());
     QVERIFY(window.Boxes.Shown().empty());
   }
 
@@ -385,13 +387,13 @@ class frmFontDisplayTest : public QObject {
     window.Click("cmdSample");
     window.Type(u"not sampled yet"_s);
     Print(window);
-    QCOMPARE(opener.Opened(), u"file://"_s + PagePath() + u"\n"_s);
+    QCOMPARE(opener.Opened(), QStringList{PagePath()});
     QVERIFY(!Page().contains("not"));
   }
 
   void ABrowserThatDoesNotStartIsTold() {
     StandInOpener opener;
-    opener.ExitWith(3);
+    opener.OpenNothing();
     FontsWindow window;
     window.Click("cmdSample");
     Print(window);
@@ -406,7 +408,7 @@ class frmFontDisplayTest : public QObject {
     QVERIFY(QFile::remove(PagePath()));
     Print(window);
     QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"The specified file was not found."_s});
-    QCOMPARE(opener.Opened(), QString());
+    QVERIFY(opener.Opened().isEmpty());
   }
 
  private:
@@ -441,6 +443,7 @@ class frmFontDisplayTest : public QObject {
   static void Print(FontsWindow& window) { QVERIFY(QMetaObject::invokeMethod(window.Form, "PrintData")); }
 
   std::unique_ptr<QTemporaryDir> mTemporary;
+  std::unique_ptr<OwnTempFolder> mTempFolder;
   std::unique_ptr<MadeFonts> mFonts;
 };
 

@@ -1,12 +1,9 @@
-#include <sys/stat.h>
-
 #include <QMessageBox>
 #include <functional>
 #include <utility>
 
 #include "rename/RenameWindow.h"
-#include "support/FullDisk_posix.h"
-#include "support/WithoutPrivileges_posix.h"
+#include "support/ClosedFolder.h"
 
 // The rename window where the disk does not play along, and names that no file may have.
 
@@ -66,10 +63,9 @@ class frmRenameFaultsTest : public QObject {
   }
 
   void AFolderThatMayNotBeReadSaysSo() {
-    const WithoutPrivileges asAnyUser;
     RenameWindow window;
     window.Add({u"a.jpg"_s});
-    chmod(window.Tree.Path("images").c_str(), 0);
+    const ClosedFolder closed(window.Tree.Path("images"), ClosedFolder::To::Readers);
     QVERIFY(window.ChooseAll());
     QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Cannot access specified folder."_s});
     QCOMPARE(window.Lines(), QStringList());
@@ -98,29 +94,15 @@ class frmRenameFaultsTest : public QObject {
   }
 
   void AReadOnlyFolderIsLeftInSilence() {
-    const WithoutPrivileges asAnyUser;
     RenameWindow window;
     window.Add({u"a.jpg"_s});
     QVERIFY(window.ChooseAll());
-    chmod(window.Tree.Path("images").c_str(), 0555);
+    const ClosedFolder closed(window.Tree.Path("images"), ClosedFolder::To::Writers);
     window.SetNames(u"x"_s, u"1"_s);
     window.Rename();
     QCOMPARE(window.Boxes.TakeTexts(),
              (QStringList{u"Are you sure you want to rename these files?"_s, QString()}));
     QCOMPARE(window.Lines(), QStringList{u"[x] a.jpg"_s});
-  }
-
-  void AFullDiskLeavesTheOriginalsAndNoHalfCopies() {
-    RenameWindow window;
-    window.Add({u"a.jpg"_s, u"b.jpg"_s});
-    QVERIFY(window.ChooseAll());
-    window.SetNames(u"x"_s, u"1"_s);
-    window.Get<QCheckBox>("chkPreserve").click();
-    {
-      const FullDisk full;
-      window.Rename();
-    }
-    QCOMPARE(window.OnDisk(), (QStringList{u"Renamed Files/"_s, u"a.jpg"_s, u"b.jpg"_s}));
   }
 
   void NamesThatNoFileMayHaveAreLeft() {

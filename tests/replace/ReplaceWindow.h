@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemModelTester>
+#include <QDir>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -67,14 +68,15 @@ class ReplaceWindow {
     return Lines();
   }
 
-  /// What the list shows: "name: result", the name without the tree's own folder.
+  /// What the list shows: "name: result", the name without the tree's own folder, "/" between its elements on
+  /// every system.
   QStringList Lines() {
     const QString root = QString::fromStdString(Tree.Root("t"));
     QStringList lines;
     const QAbstractItemModel& list = Form->List();
     for (int row = 0; row < list.rowCount(); ++row) {
       const QString path = list.index(row, ReplaceList::FileColumn).data().toString();
-      lines << (path.startsWith(root) ? path.mid(root.size()) : path) + u": "_s +
+      lines << (path.startsWith(root) ? QDir::fromNativeSeparators(path.mid(root.size())) : path) + u": "_s +
                    list.index(row, ReplaceList::ResultColumn).data().toString();
     }
     return lines;

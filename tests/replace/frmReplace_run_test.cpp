@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <QApplication>
 #include <QCheckBox>
 #include <QMouseEvent>
@@ -10,6 +8,7 @@
 #include "replace/ReplaceWindow.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
+#include "support/FolderLink.h"
 
 // Runs whose user does something else meanwhile, and runs that come to a bad end.
 
@@ -492,7 +491,7 @@ class frmReplaceRunTest : public QObject {
 
   void TheProgramEndsInTheMiddleOfASearch() {
     TempTree tree;
-    MakeEndless(tree);
+    if (!MakeEndlessFolder(tree, "endless")) QSKIP(NoLinks);
     const MessageBoxes boxes;
     frmMain main(ToolTable());
     main.show();
@@ -514,19 +513,6 @@ class frmReplaceRunTest : public QObject {
     QTRY_VERIFY(!form && !main.isVisible());
     QVERIFY(boxes.Shown().empty());
     QCOMPARE(GetSetting(u"Replace"_s, u"Folder"_s), QString::fromStdString(tree.Root("endless")));
-  }
-
- private:
-  /// Folders that all link to each other can be walked in millions of ways.
-  static void MakeEndless(TempTree& tree) {
-    const std::string names = "abcdefghijkl";
-    for (const char from : names) {
-      const std::string folder = std::string("endless/") + from;
-      tree.File(folder + "/x.txt", "abc");
-      for (const char to : names)
-        if (to != from)
-          QCOMPARE(symlink((std::string("../") + to).c_str(), tree.Path(folder + "/" + to).c_str()), 0);
-    }
   }
 };
 

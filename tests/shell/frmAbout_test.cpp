@@ -1,14 +1,13 @@
 #include "shell/frmAbout.h"
 
-#include <QFile>
 #include <QLabel>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "common/Program.h"
 #include "support/IsolatedSettings.h"
 #include "support/MessageBoxes.h"
+#include "support/StandInSysInfo.h"
 
 namespace brackwell {
 
@@ -16,31 +15,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The dialog, with no programs in PATH but those that a test puts there.
+/// The dialog, on a system with no system information program but what a test puts there.
 struct About {
-  About() {
-    qputenv("PATH", Programs.path().toLocal8Bit());
-    Dialog.show();
-  }
-  ~About() { qputenv("PATH", Path); }
+  About() { Dialog.show(); }
 
   QLabel* Label(const QString& name) { return Dialog.findChild<QLabel*>(name); }
   QPushButton* Button(const QString& name) { return Dialog.findChild<QPushButton*>(name); }
 
-  /// A program that leaves a file when it is started.
-  void Install(const QString& name, const QByteArray& firstLine = "#!/bin/sh") {
-    QFile script(Programs.filePath(name));
-    QVERIFY(script.open(QIODevice::WriteOnly));
-    script.write(firstLine + "\necho started > '" + Programs.filePath(name + u".started"_s).toLocal8Bit() +
-                 "'\n");
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-  }
-  bool HasStarted(const QString& name) const {
-    return QFile::exists(Programs.filePath(name + u".started"_s));
-  }
-
-  const QByteArray Path = qgetenv("PATH");
-  QTemporaryDir Programs;
+  StandInSysInfo SysInfo;
   std::unique_ptr<FileSystemObject> Files = CreateFileSystemObject();
   frmAbout Dialog{*Files, nullptr};
 };
@@ -115,26 +97,26 @@ void frmAboutTest::EnterAndEscapeClose() {
     QVERIFY(QTest::qWaitForWindowActive(&about.Dialog));
     QTest::keyClick(&about.Dialog, key);
     QVERIFY(!about.Dialog.isVisible());
-    QVERIFY(!about.HasStarted(u"hardinfo"_s));
+    QVERIFY(!about.SysInfo.HasStarted());
   }
 }
 
 void frmAboutTest::SystemInformationIsStarted() {
   const MessageBoxes boxes;
   About about;
-  about.Install(u"kinfocenter"_s);
+  about.SysInfo.Install();
   about.Button(u"cmdSysInfo"_s)->click();
-  QTRY_VERIFY(about.HasStarted(u"kinfocenter"_s));
+  QTRY_VERIFY(about.SysInfo.HasStarted());
   QVERIFY(boxes.Shown().empty());
   QVERIFY(about.Dialog.isVisible());
 }
 
 void frmAboutTest::SystemInformationByItsAccelerator() {
   About about;
-  about.Install(u"hardinfo"_s);
+  about.SysInfo.Install();
   QVERIFY(QTest::qWaitForWindowActive(&about.Dialog));
   QTest::keyClick(&about.Dialog, Qt::Key_S, Qt::AltModifier);
-  QTRY_VERIFY(about.HasStarted(u"hardinfo"_s));
+  QTRY_VERIFY(about.SysInfo.HasStarted());
 }
 
 void frmAboutTest::WithoutOneTheUserIsTold() {
@@ -152,7 +134,7 @@ void frmAboutTest::WithoutOneTheUserIsTold() {
 void frmAboutTest::OneThatCannotBeStartedIsAsGoodAsNone() {
   MessageBoxes boxes;
   About about;
-  about.Install(u"hardinfo"_s, "#!/no/such/interpreter");
+  about.SysInfo.InstallBroken();
   about.Button(u"cmdSysInfo"_s)->click();
   QCOMPARE(boxes.TakeTexts(), QStringList(u"System Information Is Unavailable At This Time"_s));
 }

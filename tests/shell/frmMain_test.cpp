@@ -456,7 +456,7 @@ void frmMainTest::MissingHelpFile() {
     QCOMPARE(box.Icon, QMessageBox::Critical);
     QCOMPARE(box.Buttons, QMessageBox::Ok);
   }
-  QCOMPARE(opener.Opened(), QString());
+  QVERIFY(opener.Opened().isEmpty());
 }
 
 void frmMainTest::TheHelpKey() {

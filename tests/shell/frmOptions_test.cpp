@@ -1,17 +1,11 @@
-#include "shell/frmOptions.h"
+#include "shell/OptionsDialog.h"
 
-#include <QCheckBox>
-#include <QDir>
-#include <QFileInfo>
 #include <QGroupBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
+#include <QSettings>
 #include <QTabBar>
-#include <QTabWidget>
 #include <QTest>
 
-#include "support/FullDisk_posix.h"
+#include "common/Settings.h"
 #include "support/IsolatedSettings.h"
 #include "support/MessageBoxes.h"
 
@@ -20,39 +14,6 @@ namespace brackwell {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// The dialog as it opens.
-struct Options {
-  Options() { Dialog.show(); }
-
-  QAbstractButton* Button(const QString& name) { return Dialog.findChild<QAbstractButton*>(name); }
-  bool IsChosen(const QString& name) { return Button(name)->isChecked(); }
-  QLineEdit* Delimiter() { return Dialog.findChild<QLineEdit*>(u"txtDirDisplayTextDelim"_s); }
-  QTabWidget* Pages() { return Dialog.findChild<QTabWidget*>(u"sstOptions"_s); }
-  QString Page() { return Pages()->tabText(Pages()->currentIndex()); }
-  void Ok() { Button(u"cmdOK"_s)->click(); }
-
-  /// The boxes and buttons that are on, in the order of the pages, and the delimiter.
-  QString State() {
-    QStringList lines;
-    for (const QString& name :
-         {u"chkAppMax"_s, u"chkChildMax"_s, u"chkCompareSaveFolders"_s, u"chkCompareShowFullPath"_s,
-          u"chkReplaceSaveForm"_s, u"optDirDisplayXmlType(1)"_s, u"optDirDisplayXmlType(0)"_s,
-          u"chkDirDisplaySave"_s, u"optDirDisplayTextDelim(0)"_s, u"optDirDisplayTextDelim(1)"_s})
-      if (IsChosen(name)) lines.append(name);
-    lines.append(u"%1 \"%2\""_s.arg(Delimiter()->isEnabled() ? u"on"_s : u"off"_s, Delimiter()->text()));
-    return lines.join(u'\n');
-  }
-
-  frmOptions Dialog{nullptr};
-};
-
-const QString AsDesigned =
-    uR"(chkCompareSaveFolders
-chkReplaceSaveForm
-optDirDisplayXmlType(0)
-chkDirDisplaySave
-off "")"_s;
 
 /// A window's controls as an indented text, containers with what they hold.
 void Outline(const QWidget& parent, int depth, QStringList& lines) {
@@ -67,9 +28,14 @@ void Outline(const QWidget& parent, int depth, QStringList& lines) {
   }
 }
 
-QByteArray ReadStore() {
-  QFile file(isolatedSettings.FileName());
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+/// What is stored, as sorted lines "section/key=value"; keys of the section "General" stand alone.
+QString Stored() {
+  QSettings store(u"Brackwell"_s, u"Brackwell"_s);
+  store.setFallbacksEnabled(false);
+  QStringList lines;
+  for (const QString& key : store.allKeys()) lines << key + u'=' + store.value(key).toString();
+  lines.sort();
+  return lines.join(u'\n');
 }
 
 void Expect(const ShownBox& box, QMessageBox::Icon icon, const QString& text) {
@@ -118,12 +84,9 @@ class frmOptionsTest : public QObject {
   void Keys();
   void Accelerators_data();
   void Accelerators();
-
-  void AFullDiskIsTold();
-  void ASettingsFolderThatCannotBeMadeIsTold();
 };
 
-void frmOptionsTest::init() { QFile::remove(isolatedSettings.FileName()); }
+void frmOptionsTest::init() { isolatedSettings.Clear(); }
 
 void frmOptionsTest::Pages() {
   Options options;
@@ -304,22 +267,15 @@ void frmOptionsTest::OkSavesEverything() {
     QVERIFY(!options.Dialog.isVisible());
     QCOMPARE(options.Dialog.result(), int(QDialog::Accepted));
   }
-  QCOMPARE(ReadStore(), QByteArray(R"([General]
-AppMaximized=1
+  QCOMPARE(Stored(),
+           uR"(AppMaximized=1
 ChildMaximized=1
-
-[Compare]
-SaveFolders=0
-ShowFullPath=1
-
-[DirectoryDisplay]
-SaveFormValues=0
-TextDelimiter=";"
-XmlType=1
-
-[Replace]
-SaveFormValues=0
-)"));
+Compare/SaveFolders=0
+Compare/ShowFullPath=1
+DirectoryDisplay/SaveFormValues=0
+DirectoryDisplay/TextDelimiter=;
+DirectoryDisplay/XmlType=1
+Replace/SaveFormValues=0)"_s);
   Options again;
   QCOMPARE(again.State(),
            uR"(chkAppMax
@@ -334,21 +290,14 @@ void frmOptionsTest::OkOnAnEmptyStore() {
   Options options;
   options.Ok();
   // No delimiter has been chosen, so there is still none.
-  QCOMPARE(ReadStore(), QByteArray(R"([General]
-AppMaximized=0
+  QCOMPARE(Stored(),
+           uR"(AppMaximized=0
 ChildMaximized=0
-
-[Compare]
-SaveFolders=1
-ShowFullPath=0
-
-[DirectoryDisplay]
-SaveFormValues=1
-XmlType=0
-
-[Replace]
-SaveFormValues=1
-)"));
+Compare/SaveFolders=1
+Compare/ShowFullPath=0
+DirectoryDisplay/SaveFormValues=1
+DirectoryDisplay/XmlType=0
+Replace/SaveFormValues=1)"_s);
 }
 
 void frmOptionsTest::OkWithTab() {
@@ -429,7 +378,7 @@ void frmOptionsTest::OtherWithoutADelimiter() {
   QVERIFY(options.Dialog.isVisible());
   QCOMPARE(options.Page(), u"&Directory Display"_s);
   QCOMPARE(options.Dialog.focusWidget(), options.Delimiter());
-  QCOMPARE(ReadStore(), QByteArray());
+  QCOMPARE(Stored(), QString());
 
   QTest::keyClicks(options.Delimiter(), u"|"_s);
   QTest::keyClick(options.Delimiter(), Qt::Key_Return);
@@ -445,7 +394,7 @@ void frmOptionsTest::CancelSavesNothing() {
   options.Button(u"cmdCancel"_s)->click();
   QVERIFY(!options.Dialog.isVisible());
   QCOMPARE(options.Dialog.result(), int(QDialog::Rejected));
-  QCOMPARE(ReadStore(), QByteArray());
+  QCOMPARE(Stored(), QString());
   QVERIFY(boxes.Shown().empty());
 }
 
@@ -454,7 +403,7 @@ void frmOptionsTest::Keys() {
   QVERIFY(QTest::qWaitForWindowActive(&cancelled.Dialog));
   QTest::keyClick(&cancelled.Dialog, Qt::Key_Escape);
   QVERIFY(!cancelled.Dialog.isVisible());
-  QCOMPARE(ReadStore(), QByteArray());
+  QCOMPARE(Stored(), QString());
 
   for (const QString& focus : {u"chkAppMax"_s, u"sstOptions"_s}) {
     init();
@@ -464,7 +413,7 @@ void frmOptionsTest::Keys() {
     control->setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QVERIFY(!accepted.Dialog.isVisible());
-    QVERIFY(!ReadStore().isEmpty());
+    QVERIFY(!Stored().isEmpty());
   }
 }
 
@@ -496,49 +445,6 @@ void frmOptionsTest::Accelerators() {
     QTRY_VERIFY(!options.Dialog.isVisible());
     QCOMPARE(options.Dialog.result(), int(result));
   }
-}
-
-void frmOptionsTest::AFullDiskIsTold() {
-  SaveSetting(u"General"_s, u"AppMaximized"_s, u"0"_s);
-  const QByteArray before = ReadStore();
-  const MessageBoxes boxes;
-  Options options;
-  options.Button(u"chkAppMax"_s)->click();
-  {
-    const FullDisk full;
-    options.Ok();
-  }
-  QCOMPARE(boxes.Shown().size(), std::size_t{1});
-  const QString text =
-      u"The settings could not be saved in\n%1\n\n"
-      "Please make sure that it can be written and that the disk is not full."_s;
-  Expect(boxes.Shown().front(), QMessageBox::Critical, text.arg(isolatedSettings.FileName()));
-  QVERIFY(options.Dialog.isVisible());
-  QCOMPARE(ReadStore(), before);
-  QVERIFY(!Options().IsChosen(u"chkAppMax"_s));
-
-  options.Ok();
-  QVERIFY(!options.Dialog.isVisible());
-  QVERIFY(Options().IsChosen(u"chkAppMax"_s));
-}
-
-void frmOptionsTest::ASettingsFolderThatCannotBeMadeIsTold() {
-  const QString folder = QFileInfo(isolatedSettings.FileName()).path();
-  QVERIFY(QDir(folder).removeRecursively());
-  QFile inTheWay(folder);
-  QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-  MessageBoxes boxes;
-  Options options;
-  options.Button(u"chkAppMax"_s)->click();
-  options.Ok();
-  QVERIFY(inTheWay.remove());
-  const QStringList texts = boxes.TakeTexts();
-  QCOMPARE(texts.size(), 1);
-  QVERIFY2(texts[0].contains(isolatedSettings.FileName()), qPrintable(texts[0]));
-  QVERIFY(options.Dialog.isVisible());
-  options.Button(u"cmdCancel"_s)->click();
-  QCOMPARE(Options().State(), AsDesigned);
-  QCOMPARE(ReadStore(), QByteArray());
 }
 
 }  // namespace brackwell

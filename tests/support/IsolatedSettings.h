@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QString>
-#include <QTemporaryDir>
+#include <memory>
 
 // Include this in every test that shows windows. Before anything else runs it gives the test a store of
 // settings of its own, empty and thrown away afterwards, and a platform without a display.
@@ -10,16 +10,19 @@ namespace brackwell {
 
 class IsolatedSettings {
  public:
-  IsolatedSettings() {
-    qputenv("XDG_CONFIG_HOME", mFolder.path().toLocal8Bit());
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  }
+  IsolatedSettings();
+  ~IsolatedSettings();
+  IsolatedSettings(const IsolatedSettings&) = delete;
+  IsolatedSettings& operator=(const IsolatedSettings&) = delete;
 
-  /// The file in which the program's settings are kept.
-  QString FileName() const { return mFolder.filePath(QStringLiteral("Brackwell/Brackwell.conf")); }
+  /// Forgets all settings.
+  void Clear() const;
+  /// The file in which the program's settings are kept; on Windows their key in the registry.
+  QString Place() const;
 
  private:
-  QTemporaryDir mFolder;
+  struct Store;
+  const std::unique_ptr<const Store> mStore;
 };
 
 inline const IsolatedSettings isolatedSettings;

@@ -1,42 +1,29 @@
 #pragma once
 
-#include <QFile>
 #include <QString>
-#include <QTemporaryDir>
+#include <QStringList>
+#include <memory>
 
 namespace brackwell {
 
-/// For as long as it lives, documents are handed to a script of this object's instead of the desktop's
-/// opener.
+/// For as long as it lives, documents are handed to a stand-in of this object's instead of the programs that
+/// the system would open them with.
 class StandInOpener {
  public:
-  StandInOpener() : mPath(qgetenv("PATH")) {
-    ExitWith(0);
-    qputenv("PATH", mFolder.path().toLocal8Bit() + ':' + mPath);
-  }
-  ~StandInOpener() { qputenv("PATH", mPath); }
+  StandInOpener();
+  ~StandInOpener();
   StandInOpener(const StandInOpener&) = delete;
   StandInOpener& operator=(const StandInOpener&) = delete;
 
-  void ExitWith(int code) {
-    QFile script(mFolder.filePath(QStringLiteral("xdg-open")));
-    if (!script.open(QIODevice::WriteOnly)) qFatal("no stand-in");
-    script.write("#!/bin/sh\necho \"$1\" >> '" + Log().toLocal8Bit() + "'\nexit " + QByteArray::number(code) +
-                 "\n");
-    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-  }
+  /// From here on no program opens documents.
+  void OpenNothing();
 
-  /// The documents handed over so far, one URI per line.
-  QString Opened() const {
-    QFile log(Log());
-    return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
-  }
+  /// What has been handed over so far: documents by their paths, "/" between their elements on every system.
+  QStringList Opened() const;
 
  private:
-  QString Log() const { return mFolder.filePath(QStringLiteral("opened")); }
-
-  QTemporaryDir mFolder;
-  QByteArray mPath;
+  struct Known;
+  std::unique_ptr<Known> mKnown;
 };
 
 }  // namespace brackwell

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/Paths.h"
+#include "replace/TextEncoding.h"
 #include "support/FileTimes.h"
 
 namespace brackwell {
@@ -123,6 +125,10 @@ std::vector<std::string> TempTree::List(const std::string& name) const {
 DateTime TempTree::Time(int seconds) {
   constexpr DateTime StartOf2020{std::chrono::seconds(1577836800)};
   return StartOf2020 + std::chrono::seconds(seconds);
+}
+
+bool TempTree::CanName(const std::string& name) {
+  return PathSeparator == '/' || (IsFileName(name) && ValidUtf8Length(name) == name.size());
 }
 
 }  // namespace brackwell

@@ -9,6 +9,9 @@
 
 namespace brackwell {
 
+/// Why a test is skipped that needs a name which this system forbids.
+inline constexpr char NoSuchName[] = "no file can have this name here";
+
 /// A folder of its own for each test, gone with the test. Names are paths below it, "/" between their
 /// elements on every system; they may be any bytes on POSIX and are UTF-8 on Windows.
 class TempTree {
@@ -38,6 +41,8 @@ class TempTree {
   std::vector<std::string> List(const std::string& name = {}) const;
 
   static DateTime Time(int seconds);
+  /// Whether files can have this name here: on Windows no controls, no markup and nothing that is no text.
+  static bool CanName(const std::string& name);
 
  private:
   std::filesystem::path At(const std::string& name) const;
