@@ -353,7 +353,8 @@ class frmFontDisplayTest : public QObject {
     window.Click("cmdSample");
     QCOMPARE(window.Boxes.Shown().size(), std::size_t{1});
     const ShownBox& box = window.Boxes.Shown()[0];
-    QCOMPARE(box.Text, u"Path not found\n"_s + QDir::toNativeSeparators(mTemporary->filePath(u"gone"_s)));
+    const QString where = QDir::toNativeSeparators(mTemporary->filePath(u"gone"_s));
+    QVERIFY2(box.Text.startsWith(u"Path not found\n"_s + where), qPrintable(box.Text));
     QCOMPARE(box.Title, u"Font Sample"_s);
     QCOMPARE(box.Icon, QMessageBox::Critical);
     QCOMPARE(window.Get<WebView>("webSample").LocationURL(), QUrl(u"about:blank"_s));
