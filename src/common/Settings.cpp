@@ -42,7 +42,10 @@ class Store {
   }
 
   /// An unquoted comma in a hand-written file makes a list of the value; it is put together again.
-  QString Value(const QString& name) const { return mStore.value(name).toStringList().join(u','); }
+  QString Value(const QString& name) const {
+    const QVariant value = mStore.value(name);
+    return value.typeId() == QMetaType::QStringList ? value.toStringList().join(u',') : value.toString();
+  }
 
   void Save(const QString& section, const QString& key, const QString& value) {
     QStringList names = Find(section, key);
