@@ -60,17 +60,6 @@ class Copies {
   NameCounts mDone;
 };
 
-/// Whether no name is in the way of another. It is the usual case, and found out in a third of the time:
-/// numbers that are not wrapped make no name twice, so those in the folder are all that have to be looked at.
-bool AllAreFree(const WorkList& list, const Naming& naming, const TakenNames& taken) {
-  return std::ranges::all_of(list, [&](const RenameItem& item) {
-    if (!TakesPart(item)) return true;
-    const std::string newName = NewName(naming, item);
-    return !IsWrapped(naming, item) && IsFileName(newName) &&
-           taken.All.Count(NameCounts::KeyOf(newName)) == 0;
-  });
-}
-
 template <typename FateOf>
 std::vector<NameForecast> ForEach(const WorkList& list, const Naming& naming, FateOf fateOf) {
   std::vector<NameForecast> forecasts;
@@ -108,9 +97,18 @@ std::string_view TextOf(Fate fate) {
 
 }  // namespace
 
+bool AnyIsWrapped(const WorkList& list, const Naming& naming) {
+  return std::ranges::any_of(list, [&](const RenameItem& item) { return IsWrapped(naming, item); });
+}
+
+bool IsFree(const RenameItem& item, const Naming& naming, const TakenNames& taken) {
+  if (!TakesPart(item)) return true;
+  const std::string newName = NewName(naming, item);
+  return IsFileName(newName) && taken.All.Count(NameCounts::KeyOf(newName)) == 0;
+}
+
 std::vector<NameForecast> Forecast(const WorkList& list, const Naming& naming, bool preserve,
                                    const TakenNames& taken) {
-  if (AllAreFree(list, naming, taken)) return std::vector<NameForecast>(list.size());
   if (!preserve) {
     InPlace names(taken);
     return ForEach(list, naming, [&](const RenameItem& item, const std::string& newName) {

@@ -27,6 +27,14 @@ struct NameForecast {
   bool IsWarning() const { return What != Fate::Given || IsWrapped; }
 };
 
+/// Whether any item's number has outgrown its width, so that names may come twice.
+bool AnyIsWrapped(const WorkList& list, const Naming& naming);
+
+/// Whether there is nothing to be said of the item's new name, whatever becomes of the others. Tells at once
+/// what Forecast would have to go through all items for, but only where none is wrapped: then no two of them
+/// want the same name, and those in the folder are all that have to be looked at.
+bool IsFree(const RenameItem& item, const Naming& naming, const TakenNames& taken);
+
 /// One for each item. `taken` are the names in the folder itself, or in RenamedFilesFolder for copies. Goes
 /// through the run from the top, so a name is free once its bearer has got another one. Asks no disk.
 std::vector<NameForecast> Forecast(const WorkList& list, const Naming& naming, bool preserve,

@@ -17,7 +17,7 @@ bool RenameList::HasNewNames() const {
 void RenameList::SetItems(WorkList items) {
   beginResetModel();
   mItems = std::move(items);
-  mForecasts.clear();
+  ForgetForecasts();
   endResetModel();
 }
 
@@ -50,8 +50,13 @@ void RenameList::SetTakenNames(bool preserve, TakenNames taken) {
 
 /// A tick or a place decides about the names of others, too.
 void RenameList::PlanChanged() {
-  mForecasts.clear();
+  ForgetForecasts();
   ColumnChanged(NewFileColumn);
+}
+
+void RenameList::ForgetForecasts() {
+  mAnyIsWrapped.reset();
+  mForecasts.clear();
 }
 
 void RenameList::ColumnChanged(int column) {
@@ -69,8 +74,14 @@ QString RenameList::Text(const QModelIndex& index) const {
   return ToShownText(index.column() == OriginalFileColumn ? item.Name : NewName(mNaming, item));
 }
 
+bool RenameList::IsSureToBeFree(const RenameItem& item) const {
+  if (!mAnyIsWrapped) mAnyIsWrapped = AnyIsWrapped(mItems, mNaming);
+  return !*mAnyIsWrapped && IsFree(item, mNaming, mTaken);
+}
+
 QString RenameList::Warning(const QModelIndex& index) const {
   if (index.column() != NewFileColumn || !mItems[index.row()].Number) return {};
+  if (mForecasts.empty() && IsSureToBeFree(mItems[index.row()])) return {};
   if (mForecasts.empty()) mForecasts = Forecast(mItems, mNaming, mPreserve, mTaken);
   return QString::fromStdString(WarningText(mForecasts[index.row()]));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <optional>
 
 #include "rename/RenameForecast.h"
 
@@ -8,7 +9,8 @@ namespace brackwell {
 
 /// The work list as its list view shows it: the order is that of the numbers, and a tick lets a file take
 /// part. New names are made when they are shown, so that numbering costs no more than counting, and what they
-/// are to be warned of is found out once for all rows, when the first of them shows.
+/// are to be warned of is found out for the rows that show: for all at once where one is in the way of
+/// another.
 class RenameList : public QAbstractTableModel {
   Q_OBJECT
 
@@ -46,14 +48,18 @@ class RenameList : public QAbstractTableModel {
   QString Text(const QModelIndex& index) const;
   /// Empty where there is nothing to be said of the cell.
   QString Warning(const QModelIndex& index) const;
+  bool IsSureToBeFree(const RenameItem& item) const;
   void ColumnChanged(int column);
   void PlanChanged();
+  void ForgetForecasts();
 
   WorkList mItems;
   Naming mNaming;
   bool mPreserve = false;
   TakenNames mTaken;
-  mutable std::vector<NameForecast> mForecasts;  // of the items; none while it has to be made anew
+  // Found out when asked for, and anew after each change.
+  mutable std::optional<bool> mAnyIsWrapped;
+  mutable std::vector<NameForecast> mForecasts;  // of the items; none while nobody has needed them
 };
 
 }  // namespace brackwell

@@ -103,6 +103,47 @@ TEST_F(RenameForecast, CopiesOfOneNameReplaceEachOther) {
   EXPECT_EQ(lines[10], "x1: replaces row, wrapped");
 }
 
+TEST_F(RenameForecast, WhatIsFreeIsGivenWhateverBecomesOfTheOthers) {
+  mFolder.Files({"a.jpg", "x1.JPG", "X3.jpg", "b", "x5", "c.jpg", "x7.JPG"});
+  mFolder.Tree.Folder("images/x4");
+  FolderFiles place(mFolder.FileSystem);
+  place.Read(mFolder.Tree.Path("images"));
+  int free = 0;
+  int inTheWay = 0;
+  for (const char* start : {"0", "1", "2", "3", "-3", "004", "9", "1e2"}) {
+    for (const bool preserve : {false, true}) {
+      for (std::size_t unticked = 0; unticked < 7; ++unticked) {
+        WorkList list = mFolder.List();
+        list[unticked].Checked = false;
+        const Naming naming = ReadNaming("x", start).value();
+        AssignNewNames(list, naming);
+        if (AnyIsWrapped(list, naming)) continue;
+        const auto forecasts = Forecast(list, naming, preserve, place.Taken());
+        for (std::size_t item = 0; item < list.size(); ++item) {
+          const bool isFree = IsFree(list[item], naming, place.Taken());
+          ++(isFree ? free : inTheWay);
+          EXPECT_FALSE(isFree && forecasts[item].IsWarning()) << start << ' ' << list[item].Name;
+        }
+      }
+    }
+  }
+  EXPECT_GT(free, 0);
+  EXPECT_GT(inTheWay, 0);
+}
+
+TEST_F(RenameForecast, AnyWrappedNumberIsFound) {
+  mFolder.Files({"a", "b", "c"});
+  const auto anyIsWrapped = [this](const char* start) {
+    WorkList list = mFolder.List();
+    const Naming naming = ReadNaming("x", start).value();
+    AssignNewNames(list, naming);
+    return AnyIsWrapped(list, naming);
+  };
+  EXPECT_FALSE(anyIsWrapped("7"));
+  EXPECT_TRUE(anyIsWrapped("8"));
+  EXPECT_FALSE(anyIsWrapped("08"));
+}
+
 TEST_F(RenameForecast, EveryFateButTheGoodOneHasItsText) {
   using Fate = NameForecast::Fate;
   std::map<std::string, int> texts;
