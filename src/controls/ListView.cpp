@@ -1,8 +1,10 @@
 #include "controls/ListView.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
+#include <algorithm>
 
 #include "controls/ContextMenu.h"
 #include "controls/CopyRows.h"
@@ -16,8 +18,14 @@ class ItemDelegate : public QStyledItemDelegate {
  public:
   explicit ItemDelegate(ListView& list) : QStyledItemDelegate(&list), mList(list) {}
 
+  /// All rows are as high as the first one: were it higher with a warning's sign, every row would move when
+  /// the sign comes and goes.
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 4);
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    item.features &= ~QStyleOptionViewItem::HasDecoration;
+    const QSize size = mList.style()->sizeFromContents(QStyle::CT_ItemViewItem, &item, {}, &mList);
+    return {size.width(), std::max(size.height() + 4, item.decorationSize.height())};
   }
 
  protected:
@@ -69,6 +77,15 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
 void ListView::SetCheckboxes(bool checkboxes) {
   mCheckboxes = checkboxes;
   viewport()->update();
+}
+
+/// The tree view would ask for the place of each of them, though only those that show are painted.
+void ListView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                           const QList<int>& roles) {
+  if (topLeft.row() == bottomRight.row() || QAccessible::isActive())
+    QTreeView::dataChanged(topLeft, bottomRight, roles);
+  else
+    viewport()->update();
 }
 
 void ListView::contextMenuEvent(QContextMenuEvent* event) {

@@ -22,6 +22,9 @@ class ListView : public QTreeView {
   /// Readable where the palette's texts are.
   static QColor WarningColor(const QPalette& palette);
 
+  void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                   const QList<int>& roles) override;
+
  Q_SIGNALS:
   /// A right click, or the menu key on the current item. The item may be none.
   void MenuAsked(const QModelIndex& item, const QPoint& screenPosition);

@@ -10,6 +10,20 @@ using namespace Qt::StringLiterals;
 
 namespace brackwell {
 
+namespace {
+
+class Paints : public QObject {
+ public:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++Count;
+    return false;
+  }
+
+  int Count = 0;
+};
+
+}  // namespace
+
 class ListView_test : public QObject {
   Q_OBJECT
 
@@ -70,6 +84,38 @@ class ListView_test : public QObject {
     const QImage without = list.grab().toImage();
     list.SetCheckboxes(true);
     QVERIFY(list.grab().toImage() != without);
+  }
+
+  void AWarningInTheFirstRowMovesNoRow() {
+    QStandardItemModel items;
+    Fill(items);
+    ListView list;
+    list.setModel(&items);
+    const QRect before = list.visualRect(items.index(1, 1));
+    items.item(0, 1)->setData(true, ListView::WarningRole);
+    list.doItemsLayout();
+    QCOMPARE(list.visualRect(items.index(1, 1)), before);
+    QVERIFY(before.height() >= list.style()->pixelMetric(QStyle::PM_SmallIconSize));
+  }
+
+  void RowsThatChangeTogetherArePaintedAnew() {
+    QStandardItemModel items;
+    Fill(items);
+    ListView list;
+    list.setModel(&items);
+    list.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&list));
+    const QImage before = list.grab().toImage();
+    {
+      const QSignalBlocker silence(items);
+      items.item(0, 1)->setText(u"other"_s);
+      items.item(1, 1)->setText(u"texts"_s);
+    }
+    Paints paints;
+    list.viewport()->installEventFilter(&paints);
+    Q_EMIT items.dataChanged(items.index(0, 1), items.index(1, 1));
+    QTRY_VERIFY(paints.Count > 0);
+    QVERIFY(list.grab().toImage() != before);
   }
 
   void HeadingsGoOnToTheEdge() {
