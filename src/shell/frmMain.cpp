@@ -261,6 +261,7 @@ void frmMain::OpenTool(const Tool& tool) {
     frame->showMaximized();
   else
     frame->show();
+  UpdateActiveWindow();  // one that gives the focus to a control as it is made was active before it showed
 }
 
 QMdiSubWindow* frmMain::OpenWindowOf(const Tool& tool) const {
