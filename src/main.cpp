@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QPalette>
 #include <QStyle>
 
 #include "common/Program.h"
@@ -20,8 +21,13 @@ void SetNames() {
 
 /// The native styles of Windows follow neither a dark palette nor fractional scaling as well as this one.
 void SetStyle() {
-  if (QApplication::style()->name().startsWith(u"windows"_s, Qt::CaseInsensitive))
-    QApplication::setStyle(u"Fusion"_s);
+  if (!QApplication::style()->name().startsWith(u"windows"_s, Qt::CaseInsensitive)) return;
+  QApplication::setStyle(u"Fusion"_s);
+  // A selection without the focus would have the colour of windows, which is next to that of lists. This one
+  // shows in light and dark ones alike.
+  QPalette colours;
+  colours.setColor(QPalette::Inactive, QPalette::Highlight, QColor(128, 128, 128, 90));
+  QApplication::setPalette(colours);
 }
 
 }  // namespace
