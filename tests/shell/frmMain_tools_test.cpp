@@ -1,11 +1,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <utility>
+#include <vector>
 
 #include "shell/TestTools.h"
 #include "shell/frmMain.h"
@@ -20,7 +23,7 @@ namespace {
 
 /// The main window with tools of which a test knows everything.
 struct Shell {
-  Shell() {
+  explicit Shell(std::vector<Tool> tools = TestTools()) : Main(std::move(tools)) {
     Main.resize(900, 700);
     Main.show();
   }
@@ -42,7 +45,7 @@ struct Shell {
     return item ? u"on"_s : u"off"_s;
   }
 
-  frmMain Main{TestTools()};
+  frmMain Main;
 };
 
 }  // namespace
@@ -59,6 +62,7 @@ class frmMainToolsTest : public QObject {
   void AWindowThatCannotPrintIsSkipped();
   void AFailingPrintIsSilent();
   void PrintFollowsTheActiveWindow();
+  void AWindowThatTakesTheFocusAsItIsMadeIsActive();
   void AMinimisedWindowIsNotActive();
   void AClosedWindowIsNotActive();
   void AnotherProgramsWindowChangesNothing();
@@ -146,6 +150,19 @@ void frmMainToolsTest::PrintFollowsTheActiveWindow() {
   shell.Main.findChild<QMdiArea*>()->setActiveSubWindow(printing);
   QCOMPARE(shell.Print(), u"on"_s);
   shell.Open(u"Printing"_s);
+  QCOMPARE(shell.Print(), u"on"_s);
+}
+
+void frmMainToolsTest::AWindowThatTakesTheFocusAsItIsMadeIsActive() {
+  Shell shell(
+      {{.Key = u"DirCompare"_s, .ToolTip = u"Focusing"_s, .Create = [](Services& services) -> ToolWindow* {
+          auto* tool = new PrintingTool(services);
+          (new QLineEdit(tool))->setFocus();
+          return tool;
+        }}});
+  shell.Main.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&shell.Main));
+  shell.Open(u"DirCompare"_s);
   QCOMPARE(shell.Print(), u"on"_s);
 }
 
