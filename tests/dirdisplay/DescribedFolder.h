@@ -38,6 +38,7 @@ class DescribedFolder : public testing::Test {
     Told.clear();
     Events events(*this);
     // Where the memory of displays before was, nothing can be read any more: nothing may have been kept.
+    if (mInTheirPlaces.size() == 16) mInTheirPlaces.erase(mInTheirPlaces.begin());  // they are long
     mInTheirPlaces.push_back(std::make_unique<ReservedMemory>(XmlMemory::RangeSize()));
     try {
       const auto path = DisplayDirectory(files, Options, events,
