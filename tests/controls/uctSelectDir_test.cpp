@@ -223,7 +223,8 @@ class uctSelectDir_test : public QObject {
     selector.SetFolder(mFolder.path() + u'/');
     const StandInOpener opener;
     Item(selector, u"mnuOpen"_s)->trigger();
-    QCOMPARE(opener.Opened(), QStringList{mFolder.path() + u'/'});
+    QCOMPARE(opener.Opened().size(), 1);
+    QCOMPARE(QDir::cleanPath(opener.Opened()[0]), mFolder.path());
   }
 
   void AFolderThatIsGoneIsToldWhenItIsOpened() {
