@@ -45,6 +45,14 @@ void AddPrompt(QFileDialog& dialog, const QString& text) {
   dialog.layout()->setMenuBar(prompt);
 }
 
+/// The dialog has no name for screen readers to say of its list of folders, beside a label of the same
+/// meaning.
+void NamePlaces(QFileDialog& dialog) {
+  auto* label = dialog.findChild<QLabel*>(u"lookInLabel"_s);
+  auto* places = dialog.findChild<QWidget*>(u"lookInCombo"_s);
+  if (label && places) places->setAccessibleName(label->text());
+}
+
 /// Folders need neither the columns for files nor a choice of file types; paths need room.
 void FitToFolders(QFileDialog& dialog) {
   dialog.setViewMode(QFileDialog::List);
@@ -88,6 +96,7 @@ bool BrowseFF::Show(QWidget* parent) {
   const QList<QUrl> placesOfAllPrograms = dialog.sidebarUrls();
   dialog.setSidebarUrls(Places());
   AddPrompt(dialog, Prompt);
+  NamePlaces(dialog);
   FitToFolders(dialog);
   Place(dialog, {Left, Top}, FrameOf(parent));
 
