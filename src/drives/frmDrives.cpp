@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "common/Busy.h"
@@ -40,12 +41,18 @@ std::vector<QStringList> Shown(const std::vector<DriveRow>& rows) {
   return shown;
 }
 
-/// As wide as its caption and its texts, in twips.
-double ContentWidth(const ListView& list, int column) {
+/// Columns as wide as their captions and their texts, in twips.
+std::vector<double> ContentWidths(const ListView& list) {
   const QAbstractItemView& view = list;
-  const int pixels = std::max(view.sizeHintForColumn(column), list.header()->sectionSizeHint(column));
-  return std::min(pixels * TwipsPerPixel() + TwipsPerPixel(), WidestColumn);
+  std::vector<double> widths;
+  for (int column = 0; column < list.header()->count(); ++column) {
+    const int pixels = std::max(view.sizeHintForColumn(column), list.header()->sectionSizeHint(column));
+    widths.push_back(std::min((pixels + 1) * TwipsPerPixel(), WidestColumn));
+  }
+  return widths;
 }
+
+double Sum(const std::vector<double>& widths) { return std::accumulate(widths.begin(), widths.end(), 0.0); }
 
 }  // namespace
 
@@ -70,7 +77,11 @@ frmDrives::frmDrives(Services& services, const DriveSource& drives) : ToolWindow
   Form_Load(drives);
 }
 
-QSize frmDrives::sizeHint() const { return ForFont(*this, QSize(1000, 360)); }
+/// Wide enough for every text, if the main window is.
+QSize frmDrives::sizeHint() const {
+  const double list = (Sum(ContentWidths(*lvwDrives)) + ScrollBarAllowance()) / TwipsPerPixel();
+  return ForFont(*this, QSize(1000, 360)).expandedTo({static_cast<int>(std::ceil(list)) + 2 * Margin, 0});
+}
 
 /// A list asks for no size.
 QSize frmDrives::minimumSizeHint() const { return ForFont(*this, QSize(400, 180)); }
@@ -92,11 +103,8 @@ bool frmDrives::eventFilter(QObject* watched, QEvent* event) {
 
 /// Every column shows its texts; what room is left is shared out evenly.
 void frmDrives::Form_Resize() {
-  std::vector<double> widths;
-  for (int column = 0; column < mTable->columnCount(); ++column)
-    widths.push_back(ContentWidth(*lvwDrives, column));
-  const double room = lvwDrives->width() * TwipsPerPixel() - ScrollBarAllowance();
-  const double left = room - std::accumulate(widths.begin(), widths.end(), 0.0);
+  std::vector<double> widths = ContentWidths(*lvwDrives);
+  const double left = lvwDrives->width() * TwipsPerPixel() - ScrollBarAllowance() - Sum(widths);
   for (double& width : widths) width += std::max(0.0, left / static_cast<double>(widths.size()));
   ListView_ColumnResize(*lvwDrives, widths);
 }
