@@ -19,12 +19,12 @@ class frmCompareMenuTest : public QObject {
   /// One row of each kind that a comparison can find, in the order of their names.
   static QStringList CompareAll(ComparisonWindow& window) {
     TempTree& tree = window.Tree;
-    tree.File("s/newer", "1", 10);
-    tree.File("t/newer", "1", 0);
+    tree.File("s/newer.txt", "1", 10);
+    tree.File("t/newer.txt", "1", 0);
     tree.File("s/older", "1", 0);
     tree.File("t/older", "1", 10);
-    tree.File("s/only s", "1", 0);
-    tree.File("t/only t", "1", 0);
+    tree.File("s/only s.txt", "1", 0);
+    tree.File("t/only t.txt", "1", 0);
     tree.File("s/same", "1", 0);
     tree.File("t/same", "1", 0);
     tree.File("s/size", "1", 0);
@@ -100,13 +100,13 @@ class frmCompareMenuTest : public QObject {
   void AllAreTickedWhereTheyHaveTheBox() {
     ComparisonWindow window;
     CompareAll(window);
-    QCOMPARE(Boxes(window), u"newer:oo older:oo only s:-o only t:o- size:oo x:-o y:o-"_s);
+    QCOMPARE(Boxes(window), u"newer.txt:oo older:oo only s.txt:-o only t.txt:o- size:oo x:-o y:o-"_s);
     Choose(Menu(window, Newer), u"mnuTickSource"_s);
-    QCOMPARE(Boxes(window), u"newer:xo older:xo only s:-o only t:x- size:xo x:-o y:x-"_s);
+    QCOMPARE(Boxes(window), u"newer.txt:xo older:xo only s.txt:-o only t.txt:x- size:xo x:-o y:x-"_s);
     Choose(Menu(window, Newer), u"mnuTickTarget"_s);
-    QCOMPARE(Boxes(window), u"newer:ox older:ox only s:-x only t:x- size:ox x:-x y:x-"_s);
+    QCOMPARE(Boxes(window), u"newer.txt:ox older:ox only s.txt:-x only t.txt:x- size:ox x:-x y:x-"_s);
     Choose(Menu(window, Newer), u"mnuTickNothing"_s);
-    QCOMPARE(Boxes(window), u"newer:oo older:oo only s:-o only t:o- size:oo x:-o y:o-"_s);
+    QCOMPARE(Boxes(window), u"newer.txt:oo older:oo only s.txt:-o only t.txt:o- size:oo x:-o y:o-"_s);
   }
 
   void TheNewerReplaceTheOlder() {
@@ -115,11 +115,11 @@ class frmCompareMenuTest : public QObject {
     window.ClickCell(Newer, CompareGrid::FixSourceColumn);
     window.ClickCell(OnlySource, CompareGrid::FixTargetColumn);
     Choose(Menu(window, Same), u"mnuTickNewer"_s);
-    QCOMPARE(Boxes(window), u"newer:ox older:xo only s:-x only t:o- size:oo x:-o y:o-"_s);
-    window.Tree.File("s/newer", "new", 10);
+    QCOMPARE(Boxes(window), u"newer.txt:ox older:xo only s.txt:-x only t.txt:o- size:oo x:-o y:o-"_s);
+    window.Tree.File("s/newer.txt", "new", 10);
     window.Tree.File("t/older", "new", 10);
     window.Click("cmdFix");
-    QCOMPARE(window.Tree.Read("t/newer"), std::string("new"));
+    QCOMPARE(window.Tree.Read("t/newer.txt"), std::string("new"));
     QCOMPARE(window.Tree.Read("s/older"), std::string("new"));
   }
 
@@ -129,7 +129,7 @@ class frmCompareMenuTest : public QObject {
     Choose(Menu(window, Same), u"mnuTickNewer"_s);
     window.Click("cmdFix");
     Choose(Menu(window, Same), u"mnuTickSource"_s);
-    QCOMPARE(Boxes(window), u"only s:-o only t:x- size:xo x:-o y:x-"_s);
+    QCOMPARE(Boxes(window), u"only s.txt:-o only t.txt:x- size:xo x:-o y:x-"_s);
   }
 
   void WithoutRowsThereIsNothingToTick() {
@@ -162,12 +162,12 @@ class frmCompareMenuTest : public QObject {
     const auto add = [](const char* name, int row, int column, const QString& path) {
       QTest::newRow(name) << row << column << path;
     };
-    add("name", Newer, CompareGrid::NameColumn, u"s/newer"_s);
-    add("source", Newer, CompareGrid::FixSourceColumn, u"s/newer"_s);
-    add("target", Newer, CompareGrid::FixTargetColumn, u"t/newer"_s);
-    add("target of a source row", OnlySource, CompareGrid::FixTargetColumn, u"s/only s"_s);
-    add("target row", OnlyTarget, CompareGrid::MessageColumn, u"t/only t"_s);
-    add("source of a target row", OnlyTarget, CompareGrid::FixSourceColumn, u"t/only t"_s);
+    add("name", Newer, CompareGrid::NameColumn, u"s/newer.txt"_s);
+    add("source", Newer, CompareGrid::FixSourceColumn, u"s/newer.txt"_s);
+    add("target", Newer, CompareGrid::FixTargetColumn, u"t/newer.txt"_s);
+    add("target of a source row", OnlySource, CompareGrid::FixTargetColumn, u"s/only s.txt"_s);
+    add("target row", OnlyTarget, CompareGrid::MessageColumn, u"t/only t.txt"_s);
+    add("source of a target row", OnlyTarget, CompareGrid::FixSourceColumn, u"t/only t.txt"_s);
     add("folder", BothFolders, CompareGrid::FixTargetColumn, u"t/z"_s);
     add("target folder", TargetFolder, CompareGrid::NameColumn, u"t/y"_s);
   }
@@ -222,7 +222,7 @@ class frmCompareMenuTest : public QObject {
     QTest::keyClick(&grid, Qt::Key_Down, Qt::ShiftModifier);
     QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(),
-             u"file\tnewer\tdifferent\tSource file is newer than target file\tticked\tnot ticked\n"
+             u"file\tnewer.txt\tdifferent\tSource file is newer than target file\tticked\tnot ticked\n"
              "file\tolder\tdifferent\tTarget file is newer than source file\tnot ticked\tnot ticked"_s);
   }
 
@@ -237,9 +237,9 @@ class frmCompareMenuTest : public QObject {
     grid.setCurrentIndex(grid.model()->index(Newer, CompareGrid::FixSourceColumn));
     click(Older, Qt::ShiftModifier);
     click(Size, Qt::ControlModifier);
-    QCOMPARE(Boxes(window), u"newer:oo older:oo only s:-o only t:o- size:oo x:-o y:o-"_s);
+    QCOMPARE(Boxes(window), u"newer.txt:oo older:oo only s.txt:-o only t.txt:o- size:oo x:-o y:o-"_s);
     click(Older, {});
-    QCOMPARE(Boxes(window), u"newer:oo older:xo only s:-o only t:o- size:oo x:-o y:o-"_s);
+    QCOMPARE(Boxes(window), u"newer.txt:oo older:xo only s.txt:-o only t.txt:o- size:oo x:-o y:o-"_s);
   }
 
   void AMillionRowsAreTickedAtOnce() {

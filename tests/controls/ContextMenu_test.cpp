@@ -118,9 +118,9 @@ class ContextMenu_test : public QObject {
     MessageBoxes boxes;
     QWidget form;
     QMenu menu;
-    AddItemActions(menu, form, tree.Path("gone/file"));
+    AddItemActions(menu, form, tree.Path("gone.txt"));
     menu.findChild<QAction*>(u"mnuOpen"_s)->trigger();
-    QCOMPARE(boxes.TakeTexts(), QStringList{u"The specified path was not found."_s});
+    QCOMPARE(boxes.TakeTexts(), QStringList{u"The specified file was not found."_s});
   }
 
   void ThePathIsCopiedAsItIs() {

@@ -1,6 +1,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDir>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -41,11 +42,12 @@ class UsualScreen {
     if (qgetenv("QT_QPA_PLATFORM") != "offscreen" || !mFile.open()) return;
     mFile.write(QString::fromLatin1(description).arg(1920 * scale).arg(1080 * scale).toLatin1());
     mFile.flush();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + mFile.fileName().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM",
+            "offscreen:configfile=" + QDir().relativeFilePath(mFile.fileName()).toLocal8Bit());
   }
 
  private:
-  QTemporaryFile mFile;
+  QTemporaryFile mFile{u"screen.XXXXXX"_s};  // a path without a colon, which would end the option
 };
 const UsualScreen usualScreen;
 

@@ -10,6 +10,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <string_view>
 
 #include "common/MsgBox.h"
 #include "common/Text.h"
@@ -21,6 +22,7 @@
 #include "controls/uctSelectDir.h"
 #include "shell/frmMain.h"
 #include "support/IsolatedSettings.h"
+#include "support/OwnFolders.h"
 #include "support/TempTree.h"
 
 namespace brackwell {
@@ -32,6 +34,7 @@ namespace {
 using Look = std::function<void(QWidget&)>;
 
 constexpr int HelpSearchPage = 2;
+constexpr std::string_view HelpFile = BRACKWELL_HELP_FILE;  // none where the system itself shows the help
 
 /// The main window as it starts, and a few files to work on.
 class Program {
@@ -41,7 +44,6 @@ class Program {
     mTree.File("source/pictures/harbour.jpg", "two", 0);
     mTree.File("source/only here.txt", "three", 0);
     mTree.File("target/notes.txt", "four", 0);
-    qputenv("HOME", mTree.Path().c_str());  // so the trees of folders begin with these
     Main.show();
     if (!QTest::qWaitForWindowActive(&Main)) qFatal("the main window does not become active");
   }
@@ -86,6 +88,7 @@ class Program {
 
  private:
   TempTree mTree;
+  OwnHomeFolder mHome{mTree.Path()};  // so the trees of folders begin with these
 };
 
 template <typename Control>
@@ -188,7 +191,7 @@ void ShowAbout(const Look& look) {
 }
 
 void ShowHelp(int page, const Look& look) {
-  std::optional<ChmFile> file = ChmFile::Open(BRACKWELL_HELP_FILE);
+  std::optional<ChmFile> file = ChmFile::Open(std::string(HelpFile));
   if (!file) qFatal("no help file");
   HelpWindow window(*std::move(file));
   page == HelpSearchPage ? window.ShowSearch() : window.ShowContents();
@@ -221,7 +224,7 @@ std::vector<WindowCase> AllCases() {
   const auto help = [](int page) { return [page](const Look& look) { ShowHelp(page, look); }; };
   const auto message = [](const auto& step) { return [step](const Look& look) { ShowMessage(step, look); }; };
   const QString title = u"Find and Replace"_s;
-  return {
+  std::vector<WindowCase> cases{
       {"main window", ShowMain},
       {"comparison", tool("DirCompare")},
       {"comparison's options", ShowCompareOptions},
@@ -241,10 +244,6 @@ std::vector<WindowCase> AllCases() {
       {"options, third page", options(2)},
       {"options, fourth page", options(3)},
       {"about", ShowAbout},
-      {"help, contents", help(0)},
-      {"help, index", help(1)},
-      {"help, search", help(HelpSearchPage)},
-      {"help, find in page", ShowFindInPage},
       {"message", message([title](QWidget* parent) {
          MsgBox(parent, u"Please specify the text string to find."_s, MsgIcon::Exclamation, title);
        })},
@@ -257,6 +256,15 @@ std::vector<WindowCase> AllCases() {
                         title);
        })},
   };
+  if (HelpFile.empty()) return cases;
+  const WindowCase helpCases[] = {
+      {"help, contents", help(0)},
+      {"help, index", help(1)},
+      {"help, search", help(HelpSearchPage)},
+      {"help, find in page", ShowFindInPage},
+  };
+  cases.insert(cases.end(), std::begin(helpCases), std::end(helpCases));
+  return cases;
 }
 
 }  // namespace
