@@ -5,25 +5,10 @@
 #include <cstring>
 
 #include "platform/CaseRules.h"
+#include "replace/ByteBlock.h"
 
 namespace brackwell {
 namespace {
-
-/// Sixteen bytes that are worked on at once.
-using Block = unsigned char __attribute__((vector_size(16)));
-using Words = std::uint64_t __attribute__((vector_size(16)));
-
-Block Load(const char* bytes) {
-  Block block;
-  std::memcpy(&block, bytes, sizeof block);
-  return block;
-}
-
-bool IsAnySet(Block flags) {
-  Words words;
-  std::memcpy(&words, &flags, sizeof words);
-  return (words[0] | words[1]) != 0;
-}
 
 /// Takes the first flag (a byte of ones) out of a word, and gives its place in memory.
 std::size_t TakeFirst(std::uint64_t& flags) {
@@ -36,10 +21,10 @@ std::size_t TakeFirst(std::uint64_t& flags) {
 /// A byte of ones for each of the sixteen from `at` on whose byte at the test's offset passes.
 template <bool IsTwofold>
 Block Passing(const ByteTest& test, const char* at) {
-  const Block block = Load(at + test.Offset);
-  const auto one = Block((block & test.Masks[0]) == test.Values[0]);
+  const Block block = LoadBlock(at + test.Offset);
+  const Block one = EqualBytes(block, test.Masks[0], test.Values[0]);
   if constexpr (!IsTwofold) return one;
-  return one | Block((block & test.Masks[1]) == test.Values[1]);
+  return one | EqualBytes(block, test.Masks[1], test.Values[1]);
 }
 
 /// How many of the bytes pass.
@@ -50,8 +35,9 @@ std::int64_t CountPassing(const ByteTest& test, std::string_view bytes) {
   for (std::size_t blocks = bytes.size() / sizeof(Block); blocks > 0;) {
     Block counts{};
     const std::size_t step = std::min(blocks, MostOfAByte);
-    for (std::size_t i = 0; i < step; ++i, at += sizeof(Block)) counts -= Passing<true>(test, &bytes[at]);
-    for (std::size_t i = 0; i < sizeof(Block); ++i) count += counts[i];
+    for (std::size_t i = 0; i < step; ++i, at += sizeof(Block))
+      counts = CountFlags(counts, Passing<true>(test, &bytes[at]));
+    count += SumOfBytes(counts);
     blocks -= step;
   }
   for (; at < bytes.size(); ++at) count += test.Passes(bytes[at]);
