@@ -1,56 +1,30 @@
 #pragma once
 
-#include <QAbstractItemModelTester>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
 #include <QPushButton>
-#include <QTest>
 
 #include "compare/CompareGrid.h"
 #include "compare/frmCompare.h"
 #include "controls/FlexGrid.h"
 #include "controls/StatusBar.h"
 #include "controls/uctSelectDir.h"
-#include "shell/frmImages.h"
-#include "support/FailingFileSystem.h"
-#include "support/IsolatedSettings.h"
-#include "support/MessageBoxes.h"
-#include "support/TempTree.h"
+#include "support/ToolInArea.h"
 
 namespace brackwell {
 
-using namespace Qt::StringLiterals;
-
 /// A comparison window in a main window's area, on a temporary tree with the folders "s" and "t".
-class ComparisonWindow {
+class ComparisonWindow : public ToolInArea<frmCompare> {
  public:
-  explicit ComparisonWindow(int failAt = 0) : Files(failAt, FileError::PermissionDenied) {
+  explicit ComparisonWindow(int failAt = 0) : ToolInArea(failAt) {
     Tree.Folder("s");
     Tree.Folder("t");
-    Area.resize(900, 700);
-    Area.show();
-    Form = new frmCompare(Lent);
-    Frame = Area.addSubWindow(Form);
-    Frame->resize(800, 600);
-    Frame->show();
-    mTester = std::make_unique<QAbstractItemModelTester>(
-        &Form->Grid(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-  }
-
-  template <typename Control>
-  Control& Get(const char* name) {
-    auto* control = Form->findChild<Control*>(QString::fromLatin1(name));
-    if (!control) qFatal("no control %s", name);
-    return *control;
+    Show(new frmCompare(Lent), {900, 700}, {800, 600});
+    Watch(Form->Grid());
   }
 
   void Choose() {
     Get<uctSelectDir>("uctSelSource").SetFolder(QString::fromStdString(Tree.Root("s")));
     Get<uctSelectDir>("uctSelTarget").SetFolder(QString::fromStdString(Tree.Root("t")));
   }
-
-  void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
 
   QStringList Compare() {
     Choose();
@@ -96,21 +70,6 @@ class ComparisonWindow {
       Tree.File("t/" + name, "x", 0);
     }
   }
-
-  TempTree Tree;
-  FailingFileSystem Files;
-  frmImages Images;
-  QStringList Enabled;
-  Services Lent{.Files = Files, .Images = Images, .tlbMain_ENABLE = [this](const QString& key, bool on) {
-                  Enabled << key + (on ? u"+"_s : u"-"_s);
-                }};
-  MessageBoxes Boxes;
-  QMdiArea Area;
-  QPointer<frmCompare> Form;
-  QPointer<QMdiSubWindow> Frame;
-
- private:
-  std::unique_ptr<QAbstractItemModelTester> mTester;
 };
 
 }  // namespace brackwell

@@ -1,16 +1,11 @@
 #pragma once
 
-#include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QFile>
 #include <QLabel>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QThread>
 
 #include <functional>
@@ -19,43 +14,22 @@
 #include "controls/FolderTree.h"
 #include "controls/ListView.h"
 #include "dirdisplay/frmDirDisplay.h"
-#include "shell/frmImages.h"
-#include "support/FailingFileSystem.h"
-#include "support/IsolatedSettings.h"
-#include "support/MessageBoxes.h"
 #include "support/OwnFolders.h"
 #include "support/StandInOpener.h"
-#include "support/TempTree.h"
+#include "support/ToolInArea.h"
 
 namespace brackwell {
 
-using namespace Qt::StringLiterals;
-
 /// A directory display in a main window's area, its home folder a temporary tree. What it writes goes into a
 /// folder of its own.
-class DisplayWindow {
+class DisplayWindow : public ToolInArea<frmDirDisplay> {
  public:
   explicit DisplayWindow(int failAt = 0, FileError error = FileError::PermissionDenied)
-      : Files(failAt, error) {
-    Area.resize(1000, 800);
-    Area.show();
-    Form = new frmDirDisplay(Lent);
-    Frame = Area.addSubWindow(Form);
-    Frame->resize(900, 700);
-    Frame->show();
-    for (const char* list : {"lvwFolderInfo", "lvwFileInfo"})
-      new QAbstractItemModelTester(Get<ListView>(list).model(),
-                                   QAbstractItemModelTester::FailureReportingMode::Fatal, Form);
+      : ToolInArea(failAt, error) {
+    Show(new frmDirDisplay(Lent), {1000, 800}, {900, 700});
+    for (const char* list : {"lvwFolderInfo", "lvwFileInfo"}) Watch(*Get<ListView>(list).model());
   }
-
-  template <typename Control>
-  Control& Get(const char* name) {
-    auto* control = Form->findChild<Control*>(QString::fromLatin1(name));
-    if (!control) qFatal("no control %s", name);
-    return *control;
-  }
-
-  void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
+  ~DisplayWindow() { delete Frame; }  // before the folders that it works with
 
   /// In the midst of a run, at its n-th call of the file system: that one waits until it is done, and those
   /// after it take their time.
@@ -128,21 +102,10 @@ class DisplayWindow {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
-  TempTree Tree;
   QTemporaryDir Output;
   OwnHomeFolder Home{Tree.Path()};
   OwnTempFolder Temporary{Output.path().toStdString()};
   StandInOpener Opener;
-  FailingFileSystem Files;
-  frmImages Images;
-  QStringList Enabled;
-  Services Lent{.Files = Files, .Images = Images, .tlbMain_ENABLE = [this](const QString& key, bool on) {
-                  Enabled << key + (on ? u"+"_s : u"-"_s);
-                }};
-  MessageBoxes Boxes;
-  QMdiArea Area;
-  QPointer<frmDirDisplay> Form;
-  QPointer<QMdiSubWindow> Frame;
 };
 
 }  // namespace brackwell

@@ -4,25 +4,18 @@
 #include <QClipboard>
 #include <QFile>
 #include <QHeaderView>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include "common/FormHelpers.h"
 #include "controls/ListView.h"
 #include "controls/StringTable.h"
 #include "drives/MadeDrive.h"
 #include "shell/ToolTable.h"
-#include "shell/frmImages.h"
 #include "shell/frmMain.h"
-#include "support/FailingFileSystem.h"
-#include "support/IsolatedSettings.h"
-#include "support/MessageBoxes.h"
 #include "support/OwnFolders.h"
 #include "support/StandInOpener.h"
+#include "support/ToolInArea.h"
 
 namespace brackwell {
 
@@ -38,15 +31,11 @@ DriveCollection SomeDrives() {
 }
 
 /// A drive window in a main window's area.
-class DriveWindow {
+class DriveWindow : public ToolInArea<frmDrives> {
  public:
   explicit DriveWindow(const frmDrives::DriveSource& drives = SomeDrives, int failAt = 0)
-      : Files(failAt, FileError::PermissionDenied) {
-    Area.resize(1300, 700);
-    Area.show();
-    Form = new frmDrives(Lent, drives);
-    Frame = Area.addSubWindow(Form);
-    Frame->show();
+      : ToolInArea(failAt) {
+    Show(new frmDrives(Lent, drives), {1300, 700});
   }
 
   ListView& List() { return *Form->findChild<ListView*>(u"lvwDrives"_s); }
@@ -63,17 +52,6 @@ class DriveWindow {
     }
     return lines;
   }
-
-  FailingFileSystem Files;
-  frmImages Images;
-  QStringList Enabled;
-  Services Lent{.Files = Files, .Images = Images, .tlbMain_ENABLE = [this](const QString& key, bool on) {
-                  Enabled << key + (on ? u"+"_s : u"-"_s);
-                }};
-  MessageBoxes Boxes;
-  QMdiArea Area;
-  QPointer<frmDrives> Form;
-  QPointer<QMdiSubWindow> Frame;
 };
 
 class frmDrivesTest : public QObject {

@@ -1,13 +1,8 @@
 #pragma once
 
-#include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
 #include <QPushButton>
-#include <QTest>
 
 #include "common/Settings.h"
 #include "controls/FolderTree.h"
@@ -15,43 +10,26 @@
 #include "controls/StatusBar.h"
 #include "rename/RenameList.h"
 #include "rename/frmRename.h"
-#include "shell/frmImages.h"
-#include "support/FailingFileSystem.h"
-#include "support/IsolatedSettings.h"
-#include "support/MessageBoxes.h"
-#include "support/TempTree.h"
+#include "support/ToolInArea.h"
 
 namespace brackwell {
 
-using namespace Qt::StringLiterals;
-
 /// A rename window in a main window's area, on a temporary tree with the folder "images".
-class RenameWindow {
+class RenameWindow : public ToolInArea<frmRename> {
  public:
-  explicit RenameWindow(int failAt = 0) : Files(failAt, FileError::PermissionDenied) {
+  explicit RenameWindow(int failAt = 0) : ToolInArea(failAt) {
     Tree.Folder("images");
-    Area.resize(1100, 800);
-    Area.show();
-    Form = new frmRename(Lent);
-    Frame = Area.addSubWindow(Form);
-    Frame->resize(Form->sizeHint());
-    Frame->show();
+    auto* form = new frmRename(Lent);
+    Show(form, {1100, 800}, form->sizeHint());
     Area.activateWindow();
     if (!QTest::qWaitForWindowActive(&Area)) qFatal("no active window");
-    mTester = std::make_unique<QAbstractItemModelTester>(
-        &Form->List(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    Watch(Form->List());
   }
   ~RenameWindow() {
     for (const QString& key : {u"JPG"_s, u"GIF"_s, u"BMP"_s, u"WMF"_s, u"other0"_s, u"other1"_s})
       DeleteSetting(u"Rename"_s, key);
   }
 
-  template <typename Control>
-  Control& Get(const char* name) {
-    auto* control = Form->findChild<Control*>(QString::fromLatin1(name));
-    if (!control) qFatal("no control %s", name);
-    return *control;
-  }
   FolderTree& Folders() { return Get<FolderTree>("FolderTree"); }
   ListView& View() { return Get<ListView>("lvwFiles"); }
   QLineEdit& Other(int index) {
@@ -81,8 +59,6 @@ class RenameWindow {
     Other(0).setText(u"*"_s);
     return Choose(name);
   }
-
-  void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
 
   void SetNames(const QString& prefix, const QString& start) {
     Get<QLineEdit>("txtPrefix").setText(prefix);
@@ -118,18 +94,6 @@ class RenameWindow {
   }
 
   QString Panel(const QString& key) { return Get<StatusBar>("stbRename").PanelText(key); }
-
-  TempTree Tree;
-  FailingFileSystem Files;
-  frmImages Images;
-  Services Lent{.Files = Files, .Images = Images, .tlbMain_ENABLE = [](const QString&, bool) {}};
-  MessageBoxes Boxes;
-  QMdiArea Area;
-  QPointer<frmRename> Form;
-  QPointer<QMdiSubWindow> Frame;
-
- private:
-  std::unique_ptr<QAbstractItemModelTester> mTester;
 };
 
 }  // namespace brackwell

@@ -1,13 +1,8 @@
 #pragma once
 
-#include <QAbstractItemModelTester>
 #include <QDir>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
 #include <QPushButton>
-#include <QTest>
 
 #include "common/Settings.h"
 #include "controls/ListView.h"
@@ -15,41 +10,21 @@
 #include "controls/uctSelectDir.h"
 #include "replace/ReplaceList.h"
 #include "replace/frmReplace.h"
-#include "shell/frmImages.h"
-#include "support/FailingFileSystem.h"
-#include "support/IsolatedSettings.h"
-#include "support/MessageBoxes.h"
-#include "support/TempTree.h"
+#include "support/ToolInArea.h"
 
 namespace brackwell {
 
-using namespace Qt::StringLiterals;
-
 /// A find-and-replace window in a main window's area, on a temporary tree with the folder "t".
-class ReplaceWindow {
+class ReplaceWindow : public ToolInArea<frmReplace> {
  public:
-  explicit ReplaceWindow(int failAt = 0) : Files(failAt, FileError::PermissionDenied) {
+  explicit ReplaceWindow(int failAt = 0) : ToolInArea(failAt) {
     Tree.Folder("t");
-    Area.resize(1000, 700);
-    Area.show();
-    Form = new frmReplace(Lent);
-    Frame = Area.addSubWindow(Form);
-    Frame->resize(860, 600);
-    Frame->show();
-    mTester = std::make_unique<QAbstractItemModelTester>(
-        &Form->List(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-  }
-
-  template <typename Control>
-  Control& Get(const char* name) {
-    auto* control = Form->findChild<Control*>(QString::fromLatin1(name));
-    if (!control) qFatal("no control %s", name);
-    return *control;
+    Show(new frmReplace(Lent), {1000, 700}, {860, 600});
+    Watch(Form->List());
   }
 
   void Choose() { Get<uctSelectDir>("uctSelectDir").SetFolder(QString::fromStdString(Tree.Root("t"))); }
   void Type(const char* box, const QString& text) { Get<QLineEdit>(box).setText(text); }
-  void Click(const char* button) { QTest::mouseClick(&Get<QPushButton>(button), Qt::LeftButton); }
 
   /// The folder, "txt" files and the phrases.
   void Fill(const QString& find = u"abc"_s, const QString& replace = u"X"_s) {
@@ -100,21 +75,6 @@ class ReplaceWindow {
       if (Tree.Read("t/" + std::to_string(i) + ".txt") != "abc") ++replaced;
     return replaced;
   }
-
-  TempTree Tree;
-  FailingFileSystem Files;
-  frmImages Images;
-  QStringList Enabled;
-  Services Lent{.Files = Files, .Images = Images, .tlbMain_ENABLE = [this](const QString& key, bool on) {
-                  Enabled << key + (on ? u"+"_s : u"-"_s);
-                }};
-  MessageBoxes Boxes;
-  QMdiArea Area;
-  QPointer<frmReplace> Form;
-  QPointer<QMdiSubWindow> Frame;
-
- private:
-  std::unique_ptr<QAbstractItemModelTester> mTester;
 };
 
 /// Forgets what windows have stored.

@@ -5,8 +5,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
+#include <QTest>
 
 #include "shell/frmOptions.h"
+#include "support/MessageBoxes.h"
 
 namespace brackwell {
 
@@ -44,5 +46,13 @@ chkReplaceSaveForm
 optDirDisplayXmlType(0)
 chkDirDisplaySave
 off "")"_s;
+
+/// The dialog complains with one button.
+inline void Expect(const ShownBox& box, QMessageBox::Icon icon, const QString& text) {
+  QCOMPARE(box.Text, text);
+  QCOMPARE(box.Icon, icon);
+  QCOMPARE(box.Title, u"Brackwell"_s);
+  QCOMPARE(box.Buttons, QMessageBox::Ok);
+}
 
 }  // namespace brackwell

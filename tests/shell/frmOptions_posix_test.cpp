@@ -20,13 +20,6 @@ QByteArray ReadStore() {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void Expect(const ShownBox& box, QMessageBox::Icon icon, const QString& text) {
-  QCOMPARE(box.Text, text);
-  QCOMPARE(box.Icon, icon);
-  QCOMPARE(box.Title, u"Brackwell"_s);
-  QCOMPARE(box.Buttons, QMessageBox::Ok);
-}
-
 }  // namespace
 
 class frmOptionsPosixTest : public QObject {

@@ -38,13 +38,6 @@ QString Stored() {
   return lines.join(u'\n');
 }
 
-void Expect(const ShownBox& box, QMessageBox::Icon icon, const QString& text) {
-  QCOMPARE(box.Text, text);
-  QCOMPARE(box.Icon, icon);
-  QCOMPARE(box.Title, u"Brackwell"_s);
-  QCOMPARE(box.Buttons, QMessageBox::Ok);
-}
-
 }  // namespace
 
 class frmOptionsTest : public QObject {
