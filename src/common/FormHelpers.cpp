@@ -15,6 +15,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -130,6 +131,14 @@ void GiveHelpKey(QDialog& dialog, std::function<void(const QString& key)> showHe
   QObject::connect(help, &QAction::triggered, &dialog,
                    [&dialog, showHelp = std::move(showHelp)] { showHelp(dialog.objectName()); });
   dialog.addAction(help);
+  // Some window managers give the keyboard to the window behind, though it is blocked, when that is clicked.
+  const auto takeBack = [&dialog] {
+    const QWidget* blocked = dialog.parentWidget();
+    if (dialog.isVisible() && blocked && QGuiApplication::focusWindow() == blocked->window()->windowHandle())
+      dialog.activateWindow();
+  };
+  // Not at once: the dialog may just be closing.
+  QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &dialog, takeBack, Qt::QueuedConnection);
 }
 
 double TwipsPerPixel() {

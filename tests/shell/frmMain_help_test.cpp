@@ -81,6 +81,7 @@ class frmMainHelpTest : public QObject {
   void F1PerWindow();
   void F1InADialog_data();
   void F1InADialog();
+  void ADialogKeepsTheKeyboard();
   void HelpIsReadBesideADialog();
   void AMissingFileIsToldInFrontOfTheDialog();
   void ASecondF1UsesTheSameWindow();
@@ -182,6 +183,20 @@ void frmMainHelpTest::HelpIsReadBesideADialog() {
   });
   shell.Choose(u"mnuTools_Options"_s);
   QCOMPARE(seen, u"help heard, main blocked"_s);
+}
+
+void frmMainHelpTest::ADialogKeepsTheKeyboard() {
+  Shell shell;
+  bool hasKeyboard = false;
+  shell.InDialog([&](QDialog& shown) {
+    shell.Main.activateWindow();  // as a click on it does under some window managers
+    const auto isAt = [](const QWidget& window) {
+      return QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == window.windowHandle(); });
+    };
+    hasKeyboard = isAt(shell.Main) && isAt(shown);
+  });
+  shell.Choose(u"mnuTools_Options"_s);
+  QVERIFY(hasKeyboard);
 }
 
 void frmMainHelpTest::AMissingFileIsToldInFrontOfTheDialog() {
