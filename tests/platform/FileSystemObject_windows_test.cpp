@@ -3,6 +3,7 @@
 #include "platform/FileSystemObject.h"
 #include "platform/TempFolder.h"
 #include "platform/Win32.h"
+#include "support/LongPaths_windows.h"
 #include "support/TempTree.h"
 
 namespace brackwell {
@@ -40,14 +41,6 @@ void SetModified(const std::string& path, std::int64_t ticksFrom1601) {
   FILE_BASIC_INFO dates{};
   dates.LastWriteTime.QuadPart = ticksFrom1601;
   ASSERT_TRUE(SetFileInformationByHandle(file.Get(), FileBasicInfo, &dates, sizeof dates));
-}
-
-/// Also where the standard library's own means end: deep trees, names that it would change.
-void RemoveTree(const FileSystemObject& files, const std::string& path) {
-  const auto folder = files.GetFolder(path);
-  for (const Member& file : folder->Files()) DeleteFileW(NativePath(JoinPath(path, file.Name)).c_str());
-  for (const Member& subFolder : folder->SubFolders()) RemoveTree(files, JoinPath(path, subFolder.Name));
-  RemoveDirectoryW(NativePath(path).c_str());
 }
 
 class FileSystemObjectOnWindows : public testing::Test {
