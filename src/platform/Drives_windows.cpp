@@ -12,18 +12,6 @@ namespace {
 
 constexpr std::chrono::milliseconds Patience{300};  // for all servers together
 
-/// For as long as one is alive, an empty drive is an error and not a prompt of the system.
-class NoPrompts {
- public:
-  NoPrompts() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &mBefore); }
-  ~NoPrompts() { SetThreadErrorMode(mBefore, nullptr); }
-  NoPrompts(const NoPrompts&) = delete;
-  NoPrompts& operator=(const NoPrompts&) = delete;
-
- private:
-  DWORD mBefore = 0;
-};
-
 struct Volume {
   std::string FileSystem;
   std::int32_t SerialNumber = 0;
@@ -31,7 +19,6 @@ struct Volume {
 };
 
 Volume ReadVolume(const std::string& root) {
-  const NoPrompts noPrompts;
   wchar_t name[MAX_PATH + 1] = L"";
   wchar_t fileSystem[MAX_PATH + 1] = L"";
   DWORD serial = 0;
@@ -44,7 +31,6 @@ Volume ReadVolume(const std::string& root) {
 }
 
 DriveSpace ReadSpace(const std::string& root) {
-  const NoPrompts noPrompts;
   ULARGE_INTEGER available{};
   ULARGE_INTEGER total{};
   ULARGE_INTEGER free{};
@@ -178,6 +164,7 @@ class WindowsDrive final : public Drive {
 }  // namespace
 
 DriveCollection Drives() {
+  win32::ForbidPrompts();
   const auto deadline = std::chrono::steady_clock::now() + Patience;
   const DWORD letters = GetLogicalDrives();
   DriveCollection drives;

@@ -191,6 +191,9 @@ class WindowsFileSystem final : public FileSystemObject {
 
 }  // namespace
 
-std::unique_ptr<FileSystemObject> CreateFileSystemObject() { return std::make_unique<WindowsFileSystem>(); }
+std::unique_ptr<FileSystemObject> CreateFileSystemObject() {
+  win32::ForbidPrompts();
+  return std::make_unique<WindowsFileSystem>();
+}
 
 }  // namespace brackwell

@@ -95,6 +95,8 @@ Handle::~Handle() {
   if (IsOpen()) CloseHandle(mHandle);
 }
 
+void ForbidPrompts() { SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX); }
+
 std::wstring Widen(std::string_view text) {
   std::wstring wide;
   wide.reserve(text.size());

@@ -37,6 +37,9 @@ class Handle {
   HANDLE mHandle;
 };
 
+/// From here on, an empty drive is an error and not a prompt of the system, whoever asks in this program.
+void ForbidPrompts();
+
 /// UTF-8 to UTF-16 and back. Half surrogates, which Windows allows in names, travel as the three bytes that
 /// UTF-8 would have for them, so every name comes back as it was. Bytes that are nothing of the kind become
 /// U+FFFD.

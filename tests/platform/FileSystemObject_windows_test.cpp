@@ -212,6 +212,13 @@ TEST_F(FileSystemObjectOnWindows, NamesOfDevicesAndWithDotsAtTheEndAreNamesLikeA
   RemoveTree(*files, tree.Path());
 }
 
+TEST_F(FileSystemObjectOnWindows, AnEmptyDriveIsAnErrorAndNoPrompt) {
+  const UINT before = SetErrorMode(0);
+  CreateFileSystemObject();
+  EXPECT_TRUE(GetErrorMode() & SEM_FAILCRITICALERRORS);
+  SetErrorMode(before);
+}
+
 TEST_F(FileSystemObjectOnWindows, WildcardsFindNothing) {
   tree.File("a.txt");
   EXPECT_FALSE(files->FileExists(tree.Path() + "\\*.txt"));
