@@ -46,7 +46,8 @@ PropertyValue ReadFolderProperty(FolderItem& folder, InfoKey key) {
     case InfoKey::Subfolders:
       return std::uint64_t{folder.Object.SubFolders().size()};
     case InfoKey::Type:
-      return folder.Files.Type(FileName(path), ItemKind::Folder);
+      // A drive is known by its root alone.
+      return folder.Files.Type(ParentPath(path).empty() ? std::string_view(path) : FileName(path), ItemKind::Folder);
     case InfoKey::Size:
     case InfoKey::Extension:
     case InfoKey::Unknown:

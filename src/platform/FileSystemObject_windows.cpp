@@ -87,7 +87,9 @@ class WindowsFileSystem final : public FileSystemObject {
 
   std::string Type(const std::string& path) const override {
     const auto found = win32::FindItem(path);
-    return TypeName(FileName(path), found ? found->Information.dwFileAttributes : FILE_ATTRIBUTE_NORMAL);
+    // A drive is known by its root alone.
+    const std::string_view name = ParentPath(path).empty() ? WithoutSeparator(path) : FileName(path);
+    return TypeName(name, found ? found->Information.dwFileAttributes : FILE_ATTRIBUTE_NORMAL);
   }
 
   /// The shell goes by the extension alone, and takes its time.
