@@ -1,5 +1,8 @@
 #include "platform/Help.h"
 
+#include <cstring>
+
+#include "platform/FileSystemObject.h"
 #include "platform/Win32.h"
 
 namespace brackwell {
@@ -44,11 +47,32 @@ bool Show(const std::string& file, UINT command, const void* data = nullptr) {
 
 std::string UsualPath(const std::string& path) { return win32::UsualPath(win32::NativePath(path)); }
 
+/// The viewer runs in this program and is not to stumble over a copy that was cut short, so the length that
+/// the file gives of itself is looked at first. Bytes are in the order of this processor.
+bool IsWhole(const std::string& path) try {
+  constexpr std::size_t PlaceOfSizes = 0x38;  // where the part that tells the length begins
+  constexpr std::size_t PlaceOfLength = 8;    // within that part
+  const auto file = CreateFileSystemObject()->OpenTextFile(path);
+  std::string head(4096, '\0');
+  head.resize(file->Read(head.data(), head.size()));
+  const auto number = [&head](std::uint64_t at) {
+    std::uint64_t value = 0;
+    if (at < head.size() && head.size() - at >= sizeof value) std::memcpy(&value, &head[at], sizeof value);
+    return value;
+  };
+  return head.starts_with("ITSF") && number(number(PlaceOfSizes) + PlaceOfLength) == file->Size();
+} catch (const FileSystemError&) {
+  return false;
+}
+
 }  // namespace
 
-bool ShowHelpContents(const std::string& helpFile) { return Show(UsualPath(helpFile), DisplayToc); }
+bool ShowHelpContents(const std::string& helpFile) {
+  return IsWhole(helpFile) && Show(UsualPath(helpFile), DisplayToc);
+}
 
 bool ShowHelpSearch(const std::string& helpFile) {
+  if (!IsWhole(helpFile)) return false;
   FullTextQuery query{};
   query.Size = sizeof query;
   query.Execute = TRUE;
@@ -56,7 +80,7 @@ bool ShowHelpSearch(const std::string& helpFile) {
 }
 
 bool ShowHelpTopic(const std::string& helpFile, const std::string& topic) {
-  return Show(UsualPath(helpFile) + "::/" + topic, DisplayTopic);
+  return IsWhole(helpFile) && Show(UsualPath(helpFile) + "::/" + topic, DisplayTopic);
 }
 
 void CloseHelp() {

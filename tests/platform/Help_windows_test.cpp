@@ -2,21 +2,91 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/FileSystemObject.h"
+#include "platform/Win32.h"
 #include "support/TempTree.h"
 
 namespace brackwell {
 namespace {
 
-TEST(HelpOnWindows, AFileThatIsNotThereOrNoHelpIsNotShown) {
+/// The titles of the windows that this program shows, in no order.
+std::vector<std::string> Windows() {
+  std::vector<std::string> titles;
+  const auto add = [](HWND window, LPARAM found) -> BOOL {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId() && IsWindowVisible(window)) {
+      wchar_t title[200] = L"";
+      GetWindowTextW(window, title, 200);
+      reinterpret_cast<std::vector<std::string>*>(found)->push_back(win32::Narrow(title));
+    }
+    return TRUE;
+  };
+  EnumWindows(add, reinterpret_cast<LPARAM>(&titles));
+  return titles;
+}
+
+/// The help as it was built, shown in the system's own viewer.
+class HelpOnWindows : public testing::Test {
+ protected:
+  ~HelpOnWindows() override { CloseHelp(); }
+
+  const std::string File = BRACKWELL_PROGRAM_FOLDER "/Brackwell.chm";
+  const std::vector<std::string> OneWindow{"Brackwell Help"};
+};
+
+TEST_F(HelpOnWindows, ContentsSearchAndTopicsAreShownInOneWindow) {
+  EXPECT_TRUE(ShowHelpContents(File));
+  EXPECT_EQ(Windows(), OneWindow);
+  EXPECT_TRUE(ShowHelpSearch(File));
+  EXPECT_TRUE(ShowHelpTopic(File, "compare.html"));
+  EXPECT_EQ(Windows(), OneWindow);
+}
+
+TEST_F(HelpOnWindows, TheSearchPageCanComeFirst) {
+  EXPECT_TRUE(ShowHelpSearch(File));
+  EXPECT_EQ(Windows(), OneWindow);
+}
+
+TEST_F(HelpOnWindows, ItsWindowIsClosed) {
+  EXPECT_TRUE(ShowHelpContents(File));
+  CloseHelp();
+  EXPECT_EQ(Windows(), std::vector<std::string>());
+}
+
+TEST_F(HelpOnWindows, AFileIsFoundWhereverTheProgramIs) {
+  TempTree tree;
+  tree.Folder("a folder of \xc3\xbc");
+  ASSERT_TRUE(CopyFileW(win32::Widen(File).c_str(),
+                        win32::Widen(tree.Path("a folder of \xc3\xbc/Brackwell.chm")).c_str(), TRUE));
+  EXPECT_TRUE(ShowHelpContents(tree.Path("a folder of \xc3\xbc/Brackwell.chm")));
+  EXPECT_EQ(Windows(), OneWindow);
+  CloseHelp();
+}
+
+TEST_F(HelpOnWindows, AFileThatIsNotThereOrNoHelpIsNotShown) {
   TempTree tree;
   tree.File("no help.chm", "nothing");
   for (const std::string& file : {tree.Path("none.chm"), tree.Path("no help.chm")}) {
     EXPECT_FALSE(ShowHelpContents(file));
+    EXPECT_FALSE(ShowHelpSearch(file));
     EXPECT_FALSE(ShowHelpTopic(file, "welcome.html"));
   }
+  EXPECT_EQ(Windows(), std::vector<std::string>());
 }
 
-TEST(HelpOnWindows, AViewerThatIsNotOpenCanBeClosed) {
+TEST_F(HelpOnWindows, ADamagedFileIsNotShown) {
+  TempTree tree;
+  std::string content = CreateFileSystemObject()->OpenTextFile(File)->ReadAll();
+  tree.File("cut.chm", content.substr(0, content.size() / 2));
+  tree.File("short.chm", content.substr(0, 40));
+  content.replace(0, 4, "XXXX");
+  tree.File("mark.chm", content);
+  for (const char* name : {"cut.chm", "mark.chm", "short.chm"})
+    EXPECT_FALSE(ShowHelpContents(tree.Path(name))) << name;
+}
+
+TEST_F(HelpOnWindows, AViewerThatIsNotOpenCanBeClosed) {
   CloseHelp();
   CloseHelp();
 }
