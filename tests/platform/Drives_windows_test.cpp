@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <map>
 
+#include "drives/DriveList.h"
 #include "platform/Drives.h"
 #include "platform/FileSystemError.h"
 #include "support/ErrorNumber.h"
@@ -73,6 +74,23 @@ TEST_F(MadeDrives, WithoutAMediumAreNotReady) {
   }
   EXPECT_EQ(At("B").Type(), DriveType::Removable);
   EXPECT_EQ(At("E").Type(), DriveType::CdRom);
+}
+
+TEST_F(MadeDrives, AreListedInTheirRows) {
+  std::map<std::string, DriveRow> rows;
+  for (const DriveRow& row : LoadDriveList(Drives())) rows[row.front()] = row;
+  const auto cells = [&](const std::string& letter) {
+    DriveRow row = rows.at(letter);
+    for (const std::size_t size : {1, 4, 10})  // of the disk that all of them are made on
+      if (!row.at(size).empty()) row.at(size) = row.at(size).ends_with("B") ? "size" : "?";
+    return row;
+  };
+  EXPECT_EQ(cells("H"), (DriveRow{"H", "size", "Fixed", "NTFS", "size", "True", "H:", "H:\\", "-2023380019",
+                                  "", "size", "Made hd"}));
+  EXPECT_EQ(cells("D"), (DriveRow{"D", "size", "CD-ROM", "CDFS", "size", "True", "D:", "D:\\", "-2023380019",
+                                  "", "size", "Made cdrom"}));
+  EXPECT_EQ(cells("B"), (DriveRow{"B", "", "Removable", "", "", "False", "B:", "", "", "", "", ""}));
+  EXPECT_EQ(cells("E"), (DriveRow{"E", "", "CD-ROM", "", "", "False", "E:", "", "", "", "", ""}));
 }
 
 TEST_F(MadeDrives, OnTheMachineHaveNoShare) {

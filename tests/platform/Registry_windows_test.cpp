@@ -107,6 +107,17 @@ TEST_F(RegistryOnWindows, NamesAndDataOfAnyLengthAreListed) {
 
 TEST_F(RegistryOnWindows, AKeyWithoutValuesIsEmpty) { EXPECT_EQ(List(), std::set<std::string>()); }
 
+TEST_F(RegistryOnWindows, TheFontsOfTheMachineAreListed) {
+  const KeyValues fonts =
+      RegEnumKeyValues("2147483650", "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Fonts");
+  ASSERT_GT(fonts.Names.size(), 0U);
+  for (std::size_t i = 0; i < fonts.Names.size(); ++i) {
+    EXPECT_NE(fonts.Names[i], "");
+    EXPECT_EQ(fonts.Types[i], 1U) << fonts.Names[i];
+    EXPECT_NE(fonts.Data[i].find('.'), std::string::npos) << fonts.Names[i] << ": " << fonts.Data[i];
+  }
+}
+
 TEST_F(RegistryOnWindows, ThousandsOfValues) {
   for (int i = 0; i < 3000; ++i) StoreText(std::to_wstring(i).c_str(), REG_SZ, L"x");
   EXPECT_EQ(List().size(), 3000U);
