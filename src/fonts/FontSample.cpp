@@ -3,10 +3,10 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 
 #include "common/Html.h"
+#include "platform/CodePage.h"
 
 namespace brackwell {
 namespace {
@@ -14,22 +14,18 @@ namespace {
 constexpr int FirstCode = 32;
 constexpr int LastCode = 255;
 
-/// Where code page 1252 differs from Unicode: its codes from 128 on. Those that it does not use stand for the
-/// control characters of their number, as Windows takes them.
-constexpr std::array<char16_t, 32> Codes128To159{
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-utf8proc_int32_t FromCodePage1252(int code) {
-  return code >= 128 && code < 160 ? Codes128To159[static_cast<std::size_t>(code - 128)] : code;
+/// The character of the system's code page; 0 for a code that has none.
+char32_t FromCodePage(int code) {
+  return code < 128 ? static_cast<char32_t>(code) : SystemCodePage()[static_cast<std::size_t>(code - 128)];
 }
 
 std::string CharactersUpTo(int lastCode) {
   std::string text;
   for (int code = FirstCode; code <= std::min(lastCode, LastCode); ++code) {
+    const char32_t character = FromCodePage(code);
+    if (character == 0) continue;
     utf8proc_uint8_t bytes[4];
-    const auto length = utf8proc_encode_char(FromCodePage1252(code), bytes);
+    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(character), bytes);
     text.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
   }
   return text;

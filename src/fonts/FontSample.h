@@ -11,8 +11,8 @@ namespace brackwell {
 std::string CleanFontName(std::string_view valueName);
 
 /// The ready-made text with this key: "QBF" is a sentence with every letter of the alphabet. All others are
-/// the characters from 32 up to the code that the last three characters of the key say, as code page 1252
-/// has them; none where these are no code.
+/// the characters from 32 up to the code that the last three characters of the key say, as the
+/// system's code page has them; none where these are no code.
 std::string PresetText(std::string_view key);
 
 /// A text as it goes into the page: blanks keep their number, line ends of every kind break the line. All

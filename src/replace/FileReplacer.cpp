@@ -190,7 +190,7 @@ TextEncoding FileReplacer::FindEncoding() {
     isValid = done >= to;
     return isValid ? done : std::string_view::npos;
   });
-  return isValid ? TextEncoding::Utf8 : TextEncoding::Windows1252;
+  return isValid ? TextEncoding::Utf8 : TextEncoding::CodePage;
 }
 
 }  // namespace brackwell

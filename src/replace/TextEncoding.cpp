@@ -3,26 +3,20 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
+
+#include "platform/CodePage.h"
 
 namespace brackwell {
 namespace {
 
-/// The characters of the bytes 0x80 to 0x9F in code page 1252; all others stand for themselves.
-constexpr std::array<char32_t, 32> Windows1252Middle{
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-constexpr char32_t MiddleBegin = 0x80;
-constexpr char32_t MiddleEnd = MiddleBegin + Windows1252Middle.size();
-
-std::optional<std::string> ToWindows1252(char32_t character) {
+std::optional<std::string> ToCodePage(char32_t character) {
   const auto byte = [](std::size_t value) { return std::string(1, static_cast<char>(value)); };
-  if (character < MiddleBegin || (character >= MiddleEnd && character <= 0xFF)) return byte(character);
-  const auto found = std::ranges::find(Windows1252Middle, character);
-  if (found == Windows1252Middle.end()) return std::nullopt;
-  return byte(MiddleBegin + static_cast<std::size_t>(found - Windows1252Middle.begin()));
+  if (character < 0x80) return byte(character);
+  const UpperHalf& page = SystemCodePage();
+  const auto found = std::ranges::find(page, character);
+  if (found == page.end()) return std::nullopt;
+  return byte(0x80 + static_cast<std::size_t>(found - page.begin()));
 }
 
 std::string ToUtf8(char32_t character) {
@@ -86,8 +80,8 @@ std::optional<std::string> Encode(char32_t character, TextEncoding encoding) {
   switch (encoding) {
     case TextEncoding::Utf8:
       return ToUtf8(character);
-    case TextEncoding::Windows1252:
-      return ToWindows1252(character);
+    case TextEncoding::CodePage:
+      return ToCodePage(character);
     case TextEncoding::Utf16Le:
       return ToUtf16(character, false);
     case TextEncoding::Utf16Be:

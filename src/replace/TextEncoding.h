@@ -7,13 +7,13 @@
 #include <string_view>
 
 // The encodings of text files. Which one a file has: what its byte order mark says; without one UTF-8 where
-// all of it is valid UTF-8, else Windows1252.
+// all of it is valid UTF-8, else the code page.
 
 namespace brackwell {
 
 enum class TextEncoding : std::uint8_t {
   Utf8,
-  Windows1252,  // bytes without a character stand for the control characters of the same value
+  CodePage,  // the system's, of 8 bits
   Utf16Le,
   Utf16Be,
 };

@@ -183,7 +183,7 @@ std::vector<Character> Characters(std::string_view text, TextEncoding encoding) 
       // By trying all: the tests of the encodings make sure of Encode.
       static const auto known = [] {
         std::array<std::vector<std::pair<std::string, char32_t>>, TextEncodingCount> all;
-        for (const TextEncoding each : {Windows1252, Utf16Le, Utf16Be})
+        for (const TextEncoding each : {CodePage, Utf16Le, Utf16Be})
           for (char32_t character = 0; character < 0x10450; ++character)
             if (const auto bytes = Encode(character, each);
                 bytes && (character < 0xD800 || character >= 0xE000))
@@ -231,9 +231,9 @@ class AnyText : public testing::TestWithParam<TextEncoding> {
 
   /// What stands before the text, and behind it, so that a file is of the encoding.
   std::string Front() const {
-    return GetParam() == Utf8 ? Utf8Mark : GetParam() == Windows1252 ? "" : Utf16(U"", GetParam());
+    return GetParam() == Utf8 ? Utf8Mark : GetParam() == CodePage ? "" : Utf16(U"", GetParam());
   }
-  std::string Back() const { return GetParam() == Windows1252 ? "\xFF" : ""; }
+  std::string Back() const { return GetParam() == CodePage ? "\xFF" : ""; }
 
   /// Some of the characters, and some bytes that are none.
   std::string Text(std::u32string_view characters, std::size_t longest) {
@@ -244,7 +244,7 @@ class AnyText : public testing::TestWithParam<TextEncoding> {
         text += static_cast<char>(Below(256));
       else if (const auto bytes = Encode(characters[Below(characters.size())], GetParam()))
         text += *bytes;
-      if (GetParam() != Utf8 && GetParam() != Windows1252 && text.size() % 2 != 0 && Below(10) != 0)
+      if (GetParam() != Utf8 && GetParam() != CodePage && text.size() % 2 != 0 && Below(10) != 0)
         text += static_cast<char>(Below(256));
     }
     return text;
@@ -287,11 +287,11 @@ TEST_P(AnyText, ReplacedAndBackIsTheSame) {
 }
 
 std::string NameOf(const testing::TestParamInfo<TextEncoding>& info) {
-  constexpr std::array Names{"Utf8", "Windows1252", "Utf16Le", "Utf16Be"};
+  constexpr std::array Names{"Utf8", "CodePage", "Utf16Le", "Utf16Be"};
   return Names[static_cast<std::size_t>(info.param)];
 }
 
-INSTANTIATE_TEST_SUITE_P(Encodings, AnyText, testing::Values(Utf8, Windows1252, Utf16Le, Utf16Be), NameOf);
+INSTANTIATE_TEST_SUITE_P(Encodings, AnyText, testing::Values(Utf8, CodePage, Utf16Le, Utf16Be), NameOf);
 
 }  // namespace
 }  // namespace brackwell

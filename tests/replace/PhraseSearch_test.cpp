@@ -51,7 +51,7 @@ TEST(PhraseSearch, FindsNothingForNothing) {
   EXPECT_EQ(Count(U"", "abc"), 0);
   EXPECT_EQ(Count(U"abc", ""), 0);
   EXPECT_EQ(Count(U"abc", "ab"), 0);
-  EXPECT_EQ(Count(U"\u3042", "abc\xE3\x81\x82", Windows1252), 0);
+  EXPECT_EQ(Count(U"\u3042", "abc\xE3\x81\x82", CodePage), 0);
 }
 
 TEST(PhraseSearch, KnowsCasesOfOtherLengths) {
@@ -69,11 +69,11 @@ TEST(PhraseSearch, KnowsCasesOfOtherLengths) {
 }
 
 TEST(PhraseSearch, KnowsTheCodePage) {
-  EXPECT_EQ(Count(U"\u0160\u017D\u0178", "\x9A\x9E\xFF\x8A\x8E\x9F", Windows1252), 2);
-  EXPECT_EQ(Count(U"\u00B5", "\xB5", Windows1252), 1);
-  EXPECT_EQ(Count(U"\u20AC", "\x80\xE2\x82\xAC", Windows1252), 1);
-  EXPECT_EQ(Count(U"\u0081", "\x81", Windows1252), 1);
-  EXPECT_EQ(Count(U"\u212A", "kK", Windows1252), 2);
+  EXPECT_EQ(Count(U"\u0160\u017D\u0178", "\x9A\x9E\xFF\x8A\x8E\x9F", CodePage), 2);
+  EXPECT_EQ(Count(U"\u00B5", "\xB5", CodePage), 1);
+  EXPECT_EQ(Count(U"\u20AC", "\x80\xE2\x82\xAC", CodePage), 1);
+  EXPECT_EQ(Count(U"\u0081", "\x81", CodePage), 1);
+  EXPECT_EQ(Count(U"\u212A", "kK", CodePage), 2);
 }
 
 TEST(PhraseSearch, KeepsToTheUnitsOfUtf16) {

@@ -25,7 +25,7 @@ TEST(Encode, FollowsEveryEncoding) {
   using namespace std::string_literals;
   const std::u32string text = U"a\u00E9\u20AC";
   EXPECT_EQ(Encode(text, Utf8), "a\xC3\xA9\xE2\x82\xAC");
-  EXPECT_EQ(Encode(text, Windows1252), "a\xE9\x80");
+  EXPECT_EQ(Encode(text, CodePage), "a\xE9\x80");
   EXPECT_EQ(Encode(text, Utf16Le), "a\0\xE9\0\xAC\x20"s);
   EXPECT_EQ(Encode(text, Utf16Be), "\0a\0\xE9\x20\xAC"s);
   EXPECT_EQ(Encode(U"", Utf16Be), "");
@@ -36,20 +36,20 @@ TEST(Encode, BeyondTheBasicPlane) {
   EXPECT_EQ(Encode(U'\U0001F600', Utf16Le), std::string("\x3D\xD8\x00\xDE", 4));
   EXPECT_EQ(Encode(U'\U0001F600', Utf16Be), std::string("\xD8\x3D\xDE\x00", 4));
   EXPECT_EQ(Encode(U'\U0010FFFF', Utf16Be), "\xDB\xFF\xDF\xFF");
-  EXPECT_FALSE(Encode(U'\U0001F600', Windows1252).has_value());
+  EXPECT_FALSE(Encode(U'\U0001F600', CodePage).has_value());
 }
 
-TEST(Encode, Windows1252HasACharacterForEveryByte) {
+TEST(Encode, TheCodePageHasACharacterForEveryByte) {
   const std::u32string middle =
       U"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
       U"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
   for (char32_t byte = 0; byte < 0x100; ++byte) {
     const char32_t character = byte >= 0x80 && byte < 0xA0 ? middle[byte - 0x80] : byte;
-    EXPECT_EQ(Encode(character, Windows1252), std::string(1, static_cast<char>(byte))) << int(byte);
+    EXPECT_EQ(Encode(character, CodePage), std::string(1, static_cast<char>(byte))) << int(byte);
   }
   for (const char32_t character : {U'\u0080', U'\u0082', U'\u009F', U'\u0100', U'\u3042'})
-    EXPECT_FALSE(Encode(character, Windows1252).has_value()) << int(character);
-  EXPECT_FALSE(Encode(U"a\u3042", Windows1252).has_value());
+    EXPECT_FALSE(Encode(character, CodePage).has_value()) << int(character);
+  EXPECT_FALSE(Encode(U"a\u3042", CodePage).has_value());
 }
 
 TEST(Decode, TakesValidTextOnly) {

@@ -1,0 +1,7 @@
+#include "platform/CodePage.h"
+
+namespace brackwell {
+
+const UpperHalf& SystemCodePage() { return CodePage1252; }
+
+}  // namespace brackwell
