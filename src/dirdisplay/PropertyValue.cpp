@@ -47,7 +47,8 @@ PropertyValue ReadFolderProperty(FolderItem& folder, InfoKey key) {
       return std::uint64_t{folder.Object.SubFolders().size()};
     case InfoKey::Type:
       // A drive is known by its root alone.
-      return folder.Files.Type(ParentPath(path).empty() ? std::string_view(path) : FileName(path), ItemKind::Folder);
+      return folder.Files.Type(ParentPath(path).empty() ? std::string_view(path) : FileName(path),
+                               ItemKind::Folder);
     case InfoKey::Size:
     case InfoKey::Extension:
     case InfoKey::Unknown:

@@ -8,6 +8,8 @@
 #include "platform/PendingFile_windows.h"
 #include "platform/TextFile_windows.h"
 #include "platform/Win32.h"
+// After the one above, which it needs.
+#include <objbase.h>
 
 namespace brackwell {
 namespace {
@@ -30,6 +32,21 @@ class FileWriter final : public TextWriter {
   const std::string mPath;
   const bool mOverwrite;
   PendingFile mFile;
+};
+
+/// For as long as one lives, this thread may ask the shell.
+class ShellUse {
+ public:
+  ShellUse()
+      : mBegan(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE))) {}
+  ~ShellUse() {
+    if (mBegan) CoUninitialize();
+  }
+  ShellUse(const ShellUse&) = delete;
+  ShellUse& operator=(const ShellUse&) = delete;
+
+ private:
+  const bool mBegan;
 };
 
 class WindowsFileSystem final : public FileSystemObject {
@@ -92,9 +109,13 @@ class WindowsFileSystem final : public FileSystemObject {
     return TypeName(name, found ? found->Information.dwFileAttributes : FILE_ATTRIBUTE_NORMAL);
   }
 
-  /// The shell goes by the extension alone, and takes its time.
+  /// The shell goes by the extension alone, and takes its time. Folders are asked for by another thread than
+  /// files.
   std::string Type(std::string_view name, ItemKind kind) const override {
-    if (kind == ItemKind::Folder) return TypeName(name, FILE_ATTRIBUTE_DIRECTORY);
+    if (kind == ItemKind::Folder) {
+      static const std::string folder = TypeName("folder", FILE_ATTRIBUTE_DIRECTORY);
+      return EndsWithSeparator(name) ? TypeName(name, FILE_ATTRIBUTE_DIRECTORY) : folder;
+    }
     const std::size_t dot = name.rfind('.');
     const std::string extension(dot == std::string_view::npos ? std::string_view() : name.substr(dot));
     const auto [known, isNew] = mTypes.try_emplace(extension);
@@ -160,6 +181,7 @@ class WindowsFileSystem final : public FileSystemObject {
 
  private:
   static std::string TypeName(std::string_view name, DWORD attributes) {
+    const ShellUse use;
     SHFILEINFOW information{};
     SHGetFileInfoW(win32::Widen(name).c_str(), attributes, &information, sizeof information,
                    SHGFI_USEFILEATTRIBUTES | SHGFI_TYPENAME);
