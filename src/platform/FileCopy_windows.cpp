@@ -101,6 +101,17 @@ FILE_BASIC_INFO PropertiesFor(const BY_HANDLE_FILE_INFORMATION& source) {
   return properties;
 }
 
+/// With the source's other streams. Where they cannot be copied, the content is what counts.
+std::unique_ptr<PendingFile> MakePending(const std::string& path, const std::string& source) {
+  if (!HasOtherStreams(source)) return std::make_unique<PendingFile>(path);
+  try {
+    return std::make_unique<PendingFile>(path, source);
+  } catch (const FileSystemError& error) {
+    if (error.Kind() == FileError::DiskFull) throw;
+    return std::make_unique<PendingFile>(path);
+  }
+}
+
 }  // namespace
 
 void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite,
@@ -108,11 +119,11 @@ void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, b
   const Source source = OpenSource(sourcePath);
   const Target target = FindTarget(targetPath);
   CheckReplaceable(target, source, overwrite);
-  PendingFile pending(target.Path);
+  const auto pending = MakePending(target.Path, sourcePath);
   CallTick(tick);
-  CopyContent(source.File, sourcePath, pending.File(), target.Path, tick);
-  pending.SetProperties(PropertiesFor(source.Information));
-  pending.Commit(overwrite);
+  CopyContent(source.File, sourcePath, pending->File(), target.Path, tick);
+  pending->SetProperties(PropertiesFor(source.Information));
+  pending->Commit(overwrite);
 }
 
 }  // namespace brackwell::win32

@@ -47,15 +47,6 @@ std::string TargetOf(const Handle& file, const std::string& path) {
   return target;
 }
 
-bool HasOtherStreams(const std::string& path) {
-  WIN32_FIND_STREAM_DATA stream;
-  const HANDLE search = FindFirstStreamW(NativePath(path).c_str(), FindStreamInfoStandard, &stream, 0);
-  if (search == INVALID_HANDLE_VALUE) return false;
-  const bool another = FindNextStreamW(search, &stream);
-  FindClose(search);
-  return another;
-}
-
 using Security = std::vector<std::byte>;
 
 /// Nothing where the file system keeps none or it may not be known.

@@ -32,6 +32,7 @@ Handle OpenHidden(const std::wstring& nativePath, DWORD disposition) {
 /// A copy of `model`, emptied: nothing else but the system's own copying knows all that a file has.
 Handle CreateLike(const std::wstring& nativePath, const std::string& model) {
   if (!CopyFileW(NativePath(model).c_str(), nativePath.c_str(), true)) return Handle();
+  SetFileAttributesW(nativePath.c_str(), FILE_ATTRIBUTE_HIDDEN);  // not read-only, whatever the model is
   Handle file = OpenHidden(nativePath, OPEN_EXISTING);
   if (file.IsOpen() && SetEndOfFile(file.Get())) return file;
   const DWORD error = GetLastError();
@@ -105,6 +106,15 @@ bool PendingFile::TakePlace(bool replace) {
   rename->FileNameLength = static_cast<DWORD>(nameBytes);
   std::memcpy(rename->FileName, target.data(), nameBytes);
   return SetFileInformationByHandle(mFile.Get(), FileRenameInfo, rename, static_cast<DWORD>(buffer.size()));
+}
+
+bool HasOtherStreams(const std::string& path) {
+  WIN32_FIND_STREAM_DATA stream;
+  const HANDLE search = FindFirstStreamW(NativePath(path).c_str(), FindStreamInfoStandard, &stream, 0);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  const bool another = FindNextStreamW(search, &stream);
+  FindClose(search);
+  return another;
 }
 
 }  // namespace brackwell::win32

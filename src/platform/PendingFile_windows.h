@@ -32,4 +32,7 @@ class PendingFile {
   FILE_BASIC_INFO mProperties{};
 };
 
+/// Whether a file has more than its content: what a browser notes of where it is from, for example.
+bool HasOtherStreams(const std::string& path);
+
 }  // namespace brackwell::win32

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "platform/FileSystemObject.h"
 #include "platform/TempFolder.h"
 #include "platform/Win32.h"
@@ -118,6 +120,18 @@ TEST_F(FileSystemObjectOnWindows, ACopyKeepsTheAttributes) {
   EXPECT_TRUE(AttributesOf(tree.Path("b.txt")) & FILE_ATTRIBUTE_READONLY);
   SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_NORMAL);
   SetAttributes(tree.Path("b.txt"), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FileSystemObjectOnWindows, ACopyKeepsOtherStreams) {
+  tree.File("a.txt", "new");
+  tree.File("b.txt", "a longer old one");
+  std::ofstream(tree.Path("a.txt") + ":zone") << "internet";
+  SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(CopyNumber("a.txt", "b.txt"), NoError);
+  EXPECT_EQ(tree.Read("b.txt"), "new");
+  EXPECT_EQ(tree.Read("b.txt:zone"), "internet");
+  EXPECT_EQ(tree.List(), (Names{"a.txt", "b.txt"}));
+  for (const char* name : {"a.txt", "b.txt"}) SetAttributes(tree.Path(name), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(FileSystemObjectOnWindows, AReadOnlyTargetIsKept) {

@@ -112,6 +112,19 @@ TEST_F(TextFileOnWindows, ANewFileCanBeginWithWhatAnotherHas) {
   EXPECT_EQ(mTree.List(), Names{"file"});
 }
 
+TEST_F(TextFileOnWindows, ANewFileCanBeginWithWhatAReadOnlyOneHas) {
+  mTree.File("model", "the old content");
+  mTree.SetReadOnly("model");
+  {
+    win32::PendingFile pending(mTree.Path("file"), mTree.Path("model"));
+    win32::WriteAll(pending.File(), "new", mTree.Path("file"));
+    pending.Commit(true);
+    const win32::PendingFile dropped(mTree.Path("other"), mTree.Path("model"));
+  }
+  EXPECT_EQ(mTree.Read("file"), "new");
+  EXPECT_EQ(mTree.List(), (Names{"file", "model"}));
+}
+
 TEST_F(TextFileOnWindows, AFileThatOthersReadIsRewritten) {
   mTree.File("file", "old");
   const Handle other = OpenSharing("file", FILE_SHARE_READ | FILE_SHARE_WRITE);
