@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/FileSystemObject.h"
 #include "platform/Win32.h"
 
 namespace brackwell {
@@ -16,11 +17,15 @@ int Open(const std::wstring& document, void* ownerWindow) {
   return static_cast<int>(std::min<std::intptr_t>(reinterpret_cast<std::intptr_t>(code), 33));
 }
 
+/// The shell takes no longer ones, whatever the manifest says, and knows no long-path form.
+std::wstring PathForShell(const std::string& path) {
+  const std::wstring usual = win32::Widen(win32::UsualPath(win32::NativePath(path)));
+  return usual.size() < MAX_PATH ? usual : win32::Widen(CreateFileSystemObject()->ShortPath(path));
+}
+
 }  // namespace
 
-int OpenDocument(const std::string& path, void* ownerWindow) {
-  return Open(win32::Widen(win32::UsualPath(win32::NativePath(path))), ownerWindow);
-}
+int OpenDocument(const std::string& path, void* ownerWindow) { return Open(PathForShell(path), ownerWindow); }
 
 int OpenWebAddress(const std::string& address, void* ownerWindow) {
   return IsWebAddress(address) ? Open(win32::Widen(address), ownerWindow) : ERROR_FILE_NOT_FOUND;

@@ -1,9 +1,11 @@
 #include <QTest>
 #include <QWidget>
 
+#include "common/Files.h"
 #include "common/RunProgram.h"
 #include "platform/Launch.h"
 #include "support/IsolatedSettings.h"
+#include "support/LongPaths_windows.h"
 #include "support/MessageBoxes.h"
 #include "support/OwnHive_windows.h"
 #include "support/StandInOpener.h"
@@ -21,6 +23,7 @@ class RunProgramWindowsTest : public QObject {
  private Q_SLOTS:
   void NamesOfAnyKindAreOpened_data();
   void NamesOfAnyKindAreOpened();
+  void PathsBeyondTheOldLimitAreOpened();
   void CodesAreTold_data();
   void CodesAreTold();
 };
@@ -46,6 +49,25 @@ void RunProgramWindowsTest::NamesOfAnyKindAreOpened() {
   QCOMPARE(opener.Opened().size(), 1);
   QVERIFY2(opener.Opened().front().endsWith(u'/' + name), qPrintable(opener.Opened().front()));
   QVERIFY(boxes.Shown().empty());
+}
+
+void RunProgramWindowsTest::PathsBeyondTheOldLimitAreOpened() {
+  const StandInOpener opener;
+  MessageBoxes boxes;
+  TempTree tree;
+  const auto files = CreateFileSystemObject();
+  tree.Folder("top");
+  const std::string folder = MakeFolders(*files, tree.Path("top"), LongFolder);
+  WriteTextFile(*files, JoinPath(folder, "a.txt"), true, "text");
+  for (const std::string& path : {JoinPath(folder, "a.txt"), folder}) {
+    RunProgram(nullptr, path);
+    QCOMPARE(boxes.TakeTexts(), QStringList());
+    QVERIFY(!opener.Opened().isEmpty());
+    const std::string opened = opener.Opened().last().toStdString();
+    QVERIFY(files->FileExists(opened) || files->FolderExists(opened));
+    QCOMPARE(files->FileExists(opened), files->FileExists(path));
+  }
+  RemoveTree(*files, tree.Path("top"));
 }
 
 void RunProgramWindowsTest::CodesAreTold_data() {
