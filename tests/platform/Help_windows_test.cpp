@@ -5,26 +5,10 @@
 #include "platform/FileSystemObject.h"
 #include "platform/Win32.h"
 #include "support/TempTree.h"
+#include "support/VisibleWindows_windows.h"
 
 namespace brackwell {
 namespace {
-
-/// The titles of the windows that this program shows, in no order.
-std::vector<std::string> Windows() {
-  std::vector<std::string> titles;
-  const auto add = [](HWND window, LPARAM found) -> BOOL {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process == GetCurrentProcessId() && IsWindowVisible(window)) {
-      wchar_t title[200] = L"";
-      GetWindowTextW(window, title, 200);
-      reinterpret_cast<std::vector<std::string>*>(found)->push_back(win32::Narrow(title));
-    }
-    return TRUE;
-  };
-  EnumWindows(add, reinterpret_cast<LPARAM>(&titles));
-  return titles;
-}
 
 /// The help as it was built, shown in the system's own viewer.
 class HelpOnWindows : public testing::Test {
@@ -37,21 +21,21 @@ class HelpOnWindows : public testing::Test {
 
 TEST_F(HelpOnWindows, ContentsSearchAndTopicsAreShownInOneWindow) {
   EXPECT_TRUE(ShowHelpContents(File));
-  EXPECT_EQ(Windows(), OneWindow);
+  EXPECT_EQ(VisibleWindows(), OneWindow);
   EXPECT_TRUE(ShowHelpSearch(File));
   EXPECT_TRUE(ShowHelpTopic(File, "compare.html"));
-  EXPECT_EQ(Windows(), OneWindow);
+  EXPECT_EQ(VisibleWindows(), OneWindow);
 }
 
 TEST_F(HelpOnWindows, TheSearchPageCanComeFirst) {
   EXPECT_TRUE(ShowHelpSearch(File));
-  EXPECT_EQ(Windows(), OneWindow);
+  EXPECT_EQ(VisibleWindows(), OneWindow);
 }
 
 TEST_F(HelpOnWindows, ItsWindowIsClosed) {
   EXPECT_TRUE(ShowHelpContents(File));
   CloseHelp();
-  EXPECT_EQ(Windows(), std::vector<std::string>());
+  EXPECT_EQ(VisibleWindows(), std::vector<std::string>());
 }
 
 TEST_F(HelpOnWindows, AFileIsFoundWhereverTheProgramIs) {
@@ -60,7 +44,7 @@ TEST_F(HelpOnWindows, AFileIsFoundWhereverTheProgramIs) {
   ASSERT_TRUE(CopyFileW(win32::Widen(File).c_str(),
                         win32::Widen(tree.Path("a folder of \xc3\xbc/Brackwell.chm")).c_str(), TRUE));
   EXPECT_TRUE(ShowHelpContents(tree.Path("a folder of \xc3\xbc/Brackwell.chm")));
-  EXPECT_EQ(Windows(), OneWindow);
+  EXPECT_EQ(VisibleWindows(), OneWindow);
   CloseHelp();
 }
 
@@ -72,7 +56,7 @@ TEST_F(HelpOnWindows, AFileThatIsNotThereOrNoHelpIsNotShown) {
     EXPECT_FALSE(ShowHelpSearch(file));
     EXPECT_FALSE(ShowHelpTopic(file, "welcome.html"));
   }
-  EXPECT_EQ(Windows(), std::vector<std::string>());
+  EXPECT_EQ(VisibleWindows(), std::vector<std::string>());
 }
 
 TEST_F(HelpOnWindows, ADamagedFileIsNotShown) {
