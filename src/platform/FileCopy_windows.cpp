@@ -101,15 +101,20 @@ FILE_BASIC_INFO PropertiesFor(const BY_HANDLE_FILE_INFORMATION& source) {
   return properties;
 }
 
-/// With the source's other streams. Where they cannot be copied, the content is what counts.
-std::unique_ptr<PendingFile> MakePending(const std::string& path, const std::string& source) {
-  if (!HasOtherStreams(source)) return std::make_unique<PendingFile>(path);
-  try {
-    return std::make_unique<PendingFile>(path, source);
-  } catch (const FileSystemError& error) {
-    if (error.Kind() == FileError::DiskFull) throw;
-    return std::make_unique<PendingFile>(path);
+/// Where all that the source has cannot be copied, the content is what counts.
+std::unique_ptr<PendingFile> CopyWhole(const Source& source, const std::string& sourcePath,
+                                       const std::string& targetPath, const Tick& tick) {
+  if (HasOtherStreams(sourcePath)) {
+    try {
+      return std::make_unique<PendingFile>(targetPath, sourcePath, tick);
+    } catch (const FileSystemError& error) {
+      if (error.Kind() == FileError::DiskFull) throw;
+    }
   }
+  auto pending = std::make_unique<PendingFile>(targetPath);
+  CallTick(tick);
+  CopyContent(source.File, sourcePath, pending->File(), targetPath, tick);
+  return pending;
 }
 
 }  // namespace
@@ -119,9 +124,7 @@ void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, b
   const Source source = OpenSource(sourcePath);
   const Target target = FindTarget(targetPath);
   CheckReplaceable(target, source, overwrite);
-  const auto pending = MakePending(target.Path, sourcePath);
-  CallTick(tick);
-  CopyContent(source.File, sourcePath, pending->File(), target.Path, tick);
+  const auto pending = CopyWhole(source, sourcePath, target.Path, tick);
   pending->SetProperties(PropertiesFor(source.Information));
   pending->Commit(overwrite);
 }

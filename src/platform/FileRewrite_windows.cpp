@@ -85,11 +85,19 @@ bool CopySecurity(const Handle& from, const Handle& to) {
   return SetKernelObjectSecurity(to.Get(), DACL_SECURITY_INFORMATION | inheriting, wanted->data());
 }
 
+/// Empty, with all else that the file has.
+std::unique_ptr<PendingFile> MakeBeside(const std::string& path, const Tick& tick) {
+  if (!HasOtherStreams(path)) return std::make_unique<PendingFile>(path);
+  auto pending = std::make_unique<PendingFile>(path, path, tick);
+  if (!SetEndOfFile(pending->File().Get())) Raise(GetLastError(), path);
+  return pending;
+}
+
 /// Beside the file, or where that folder may not be changed, in the one for temporary files.
-std::unique_ptr<PendingFile> MakePending(const std::string& path, bool& liesBeside) {
+std::unique_ptr<PendingFile> MakePending(const std::string& path, const Tick& tick, bool& liesBeside) {
   try {
     liesBeside = true;
-    return std::make_unique<PendingFile>(path, HasOtherStreams(path) ? path : std::string());
+    return MakeBeside(path, tick);
   } catch (const FileSystemError& error) {
     if (error.Kind() != FileError::PermissionDenied) throw;
     liesBeside = false;
@@ -109,7 +117,7 @@ class FileRewriter final : public TextWriter {
                Tick tick)
       : mOld(std::move(file)), mOpened(opened), mPath(std::move(path)), mTick(std::move(tick)) {
     CheckUnchanged(OpenToWrite(mPath));
-    mNew = MakePending(mPath, mLiesBeside);
+    mNew = MakePending(mPath, mTick, mLiesBeside);
     mNew->SetProperties(PropertiesFor(mOpened));
   }
 

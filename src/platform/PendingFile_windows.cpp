@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <functional>
 #include <new>
 #include <vector>
@@ -29,40 +30,64 @@ Handle OpenHidden(const std::wstring& nativePath, DWORD disposition) {
                             disposition, FILE_ATTRIBUTE_HIDDEN, nullptr));
 }
 
-/// A copy of `model`, emptied: nothing else but the system's own copying knows all that a file has.
-Handle CreateLike(const std::wstring& nativePath, const std::string& model) {
-  if (!CopyFileW(NativePath(model).c_str(), nativePath.c_str(), true)) return Handle();
+struct Copying {
+  const Tick& OnPiece;
+  std::exception_ptr Error;
+};
+
+DWORD CALLBACK CopyGoesOn(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD, HANDLE,
+                          HANDLE, void* copying) {
+  auto& [onPiece, error] = *static_cast<Copying*>(copying);
+  try {
+    if (onPiece) onPiece();
+    return PROGRESS_CONTINUE;
+  } catch (...) {
+    error = std::current_exception();  // which must not pass through the system
+    return PROGRESS_CANCEL;
+  }
+}
+
+/// A copy of `model`: nothing else but the system's own copying knows all that a file has.
+Handle CreateCopy(const std::wstring& nativePath, const std::string& model, const Tick& tick) {
+  Copying copying{tick, {}};
+  const bool copied = CopyFileExW(NativePath(model).c_str(), nativePath.c_str(), CopyGoesOn, &copying,
+                                  nullptr, COPY_FILE_FAIL_IF_EXISTS);
+  if (copying.Error) std::rethrow_exception(copying.Error);
+  if (!copied) return Handle();
   SetFileAttributesW(nativePath.c_str(), FILE_ATTRIBUTE_HIDDEN);  // not read-only, whatever the model is
   Handle file = OpenHidden(nativePath, OPEN_EXISTING);
-  if (file.IsOpen() && SetEndOfFile(file.Get())) return file;
+  if (file.IsOpen()) return file;
   const DWORD error = GetLastError();
-  file = Handle();
   DeleteFileW(nativePath.c_str());
   SetLastError(error);
   return Handle();
 }
 
-Handle CreateHidden(const std::wstring& nativePath, const std::string& model) {
-  return model.empty() ? OpenHidden(nativePath, CREATE_NEW) : CreateLike(nativePath, model);
-}
-
 }  // namespace
 
-PendingFile::PendingFile(const std::string& path, const std::string& model) : mPath(path) {
+PendingFile::PendingFile(const std::string& path) : mPath(path) {
+  Open([](const std::wstring& neighbour) { return OpenHidden(neighbour, CREATE_NEW); });
+}
+
+PendingFile::PendingFile(const std::string& path, const std::string& model, const Tick& tick) : mPath(path) {
+  Open([&](const std::wstring& neighbour) { return CreateCopy(neighbour, model, tick); });
+}
+
+void PendingFile::Open(const Create& create) {
   mProperties.FileAttributes = FILE_ATTRIBUTE_NORMAL;
-  Open(model);
+  mFile = CreateNeighbour(create);
   if (!SetRemovedOnClose(true)) Raise(GetLastError(), mPath);
 }
 
-void PendingFile::Open(const std::string& model) {
+Handle PendingFile::CreateNeighbour(const Create& create) const {
   DWORD error = ERROR_SUCCESS;
   for (int number = 0; number < NeighbourNumbers; ++number) {
     const std::wstring neighbour = NativePath(NeighbourPath(mPath, number));
-    mFile = CreateHidden(neighbour, model);
+    Handle file = create(neighbour);
     // What a power cut left can be deleted, what is being written cannot.
-    if (!mFile.IsOpen() && GetLastError() == ERROR_FILE_EXISTS && DeleteFileW(neighbour.c_str()))
-      mFile = CreateHidden(neighbour, model);
-    if (mFile.IsOpen()) return;
+    if (!file.IsOpen() && GetLastError() == ERROR_FILE_EXISTS && DeleteFileW(neighbour.c_str()))
+      file = create(neighbour);
+    if (file.IsOpen()) return file;
     error = GetLastError();
     // A file that goes when it is closed, as those of other writers do, cannot be told from a forbidden one.
     const bool mayBeTaken =

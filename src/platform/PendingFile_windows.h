@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
+#include "platform/FileSystemObject.h"
 #include "platform/Win32.h"
 
 namespace brackwell::win32 {
@@ -10,9 +12,11 @@ namespace brackwell::win32 {
 /// before that, it leaves nothing behind, nor does a program that is killed: the system removes it.
 class PendingFile {
  public:
-  /// `path` is the file that is to be. It begins empty, with the other streams and the extended attributes of
-  /// `model` where one is given.
-  explicit PendingFile(const std::string& path, const std::string& model = {});
+  /// `path` is the file that is to be. It begins empty.
+  explicit PendingFile(const std::string& path);
+  /// It begins as a copy of `model` with all that this has: content, other streams, extended attributes.
+  /// Calls `tick` from time to time, which may throw.
+  PendingFile(const std::string& path, const std::string& model, const Tick& tick);
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
 
@@ -23,7 +27,10 @@ class PendingFile {
   void Commit(bool replace);
 
  private:
-  void Open(const std::string& model);
+  using Create = std::function<Handle(const std::wstring& nativePath)>;
+
+  void Open(const Create& create);
+  Handle CreateNeighbour(const Create& create) const;
   bool SetRemovedOnClose(bool removed);
   bool TakePlace(bool replace);
 

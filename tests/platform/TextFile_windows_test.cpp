@@ -103,26 +103,33 @@ TEST_F(TextFileOnWindows, KeepsOtherStreams) {
   EXPECT_EQ(mTree.Read("file:zone"), "internet");
 }
 
-TEST_F(TextFileOnWindows, ANewFileCanBeginWithWhatAnotherHas) {
+TEST_F(TextFileOnWindows, ANewFileCanBeginAsACopy) {
   mTree.File("file", "the old content");
-  win32::PendingFile pending(mTree.Path("file"), mTree.Path("file"));
+  win32::PendingFile pending(mTree.Path("file"), mTree.Path("file"), {});
   win32::WriteAll(pending.File(), "new", mTree.Path("file"));
   pending.Commit(true);
-  EXPECT_EQ(mTree.Read("file"), "new");
+  EXPECT_EQ(mTree.Read("file"), "new old content");
   EXPECT_EQ(mTree.List(), Names{"file"});
 }
 
-TEST_F(TextFileOnWindows, ANewFileCanBeginWithWhatAReadOnlyOneHas) {
+TEST_F(TextFileOnWindows, ANewFileCanBeginAsACopyOfAReadOnlyOne) {
   mTree.File("model", "the old content");
   mTree.SetReadOnly("model");
   {
-    win32::PendingFile pending(mTree.Path("file"), mTree.Path("model"));
-    win32::WriteAll(pending.File(), "new", mTree.Path("file"));
+    win32::PendingFile pending(mTree.Path("file"), mTree.Path("model"), {});
     pending.Commit(true);
-    const win32::PendingFile dropped(mTree.Path("other"), mTree.Path("model"));
+    const win32::PendingFile dropped(mTree.Path("other"), mTree.Path("model"), {});
   }
-  EXPECT_EQ(mTree.Read("file"), "new");
+  EXPECT_EQ(mTree.Read("file"), "the old content");
   EXPECT_EQ(mTree.List(), (Names{"file", "model"}));
+}
+
+TEST_F(TextFileOnWindows, AStoppedCopyLeavesNothing) {
+  mTree.File("model", std::string(8 << 20, 'x'));
+  struct Stopped {};
+  const auto stop = [] { throw Stopped{}; };
+  EXPECT_THROW(win32::PendingFile(mTree.Path("file"), mTree.Path("model"), stop), Stopped);
+  EXPECT_EQ(mTree.List(), Names{"model"});
 }
 
 TEST_F(TextFileOnWindows, AFileThatOthersReadIsRewritten) {
