@@ -1,12 +1,13 @@
 #include "controls/BrowseFF.h"
 
+#include <QApplication>
 #include <QFileDialog>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QScreen>
 #include <QSplitter>
 #include <QStandardPaths>
+#include <QStorageInfo>
 #include <QUrl>
 #include <algorithm>
 
@@ -18,13 +19,29 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// Enter can end the dialog while names are suggested below its text box. As long as that list shows, the
+/// toolkit does not take note, on Windows, that another window has become the active one, and no key would
+/// reach it.
+class FolderDialog : public QFileDialog {
+ public:
+  using QFileDialog::QFileDialog;
+
+ protected:
+  void done(int result) override {
+    if (QWidget* suggestions = QApplication::activePopupWidget()) suggestions->close();
+    QFileDialog::done(result);
+  }
+};
+
 /// What the side bar offers: the user's own folders, then the volumes. The dialog looks at each of them while
-/// the user waits, so those that may not answer are left out; they can be typed.
+/// the user waits, so those that may not answer are left out; they can be typed. A drive without a medium has
+/// no name to show.
 QList<QUrl> Places() {
   QStringList folders{QDir::homePath(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
                       QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)};
   for (const Volume& volume : Volumes()) {
-    if (!volume.MayHang) folders << QDir::fromNativeSeparators(QString::fromStdString(volume.Root));
+    const QString root = QDir::fromNativeSeparators(QString::fromStdString(volume.Root));
+    if (!volume.MayHang && QStorageInfo(root).isReady()) folders << root;
   }
   folders.removeDuplicates();
   QList<QUrl> places;
@@ -85,7 +102,7 @@ void Place(QFileDialog& dialog, QPoint corner, QSize frame) {
 
 bool BrowseFF::Show(QWidget* parent) {
   // Owned by the top-level window, which outlives a tool window that is closed meanwhile.
-  QFileDialog dialog(parent ? parent->window() : nullptr, Title);
+  FolderDialog dialog(parent ? parent->window() : nullptr, Title);
   dialog.setOption(QFileDialog::DontUseNativeDialog);
   dialog.setOption(QFileDialog::ShowDirsOnly);
   dialog.setFileMode(QFileDialog::Directory);

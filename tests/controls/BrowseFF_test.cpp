@@ -163,6 +163,15 @@ class BrowseFF_test : public QObject {
     });
   }
 
+  void SideBarLeavesOutDrivesWithoutAMedium() {
+    if (!qEnvironmentVariableIsSet("BRACKWELL_MADE_DRIVES")) QSKIP("this machine has drives of its own");
+    ShowAnd([](QFileDialog& dialog) {
+      const QList<QUrl> places = dialog.sidebarUrls();
+      QVERIFY(places.contains(QUrl::fromLocalFile(u"D:/"_s)));
+      QVERIFY(!places.contains(QUrl::fromLocalFile(u"E:/"_s)));
+    });
+  }
+
   void SideBarOfOtherProgramsStaysAsItWas() {
     const QList<QUrl> before = QFileDialog().sidebarUrls();
     ShowAnd([](QFileDialog& dialog) { dialog.reject(); });
