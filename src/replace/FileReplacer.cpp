@@ -1,9 +1,9 @@
 #include "replace/FileReplacer.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "common/Progress.h"
-#include "platform/FileSystemError.h"
+#include "platform/FileSystemObject.h"
 
 namespace brackwell {
 namespace {
@@ -36,6 +36,17 @@ auto Writing(Step step) try {
 }
 
 }  // namespace
+
+std::unique_ptr<TextReader> OpenUnlessEmpty(const FileSystemObject& files, const std::string& path) try {
+  auto file = files.OpenTextFile(path);
+  return file->Size() > 0 ? std::move(file) : nullptr;
+} catch (const FileSystemError& error) {
+  const ItemProperties file = files.GetFile(path);
+  const bool leadsNowhere =
+      error.Kind() == FileError::FileNotFound && (file.Attributes & Attribute::Alias) != 0;
+  if (file.Size > 0 && !leadsNowhere) throw;
+  return nullptr;
+}
 
 FilePieces::FilePieces(std::size_t capacity)
     : mCapacity(capacity), mBuffer(std::make_unique_for_overwrite<char[]>(mCapacity)) {}
@@ -73,9 +84,8 @@ void FilePieces::Fill() {
 /// Large writes, whatever comes in.
 class FileReplacer::Output {
  public:
-  Output(TextReader& file, std::string& pending, Progress& progress)
-      : mWriter(Writing([&] { return file.Rewrite([&progress] { progress.DoEvents(); }); })),
-        mPending(pending) {
+  Output(TextReader& file, std::string& pending, const Tick& tick)
+      : mWriter(Writing([&] { return file.Rewrite(tick); })), mPending(pending) {
     mPending.clear();
   }
 
@@ -98,14 +108,13 @@ class FileReplacer::Output {
   std::string& mPending;
 };
 
-FileReplacer::FileReplacer(std::string_view find, std::string_view replace, Progress& progress,
-                           std::size_t piece)
+FileReplacer::FileReplacer(std::string_view find, std::string_view replace, Tick tick, std::size_t piece)
     : mFind(Decode(find)),
       mReplace(Decode(replace)),
       mFindIsAscii(IsAscii(mFind)),
       mReplaceIsAscii(IsAscii(mReplace)),
       mSearches(SearchesFor(mFind.value_or(std::u32string()))),
-      mProgress(progress),
+      mTick(std::move(tick)),
       mPieces(piece + 2 * LongestOverlap(mSearches)) {}
 
 std::int64_t FileReplacer::CountMatches(TextReader& file) {
@@ -132,7 +141,7 @@ std::optional<ReplaceProblem> FileReplacer::ReplaceText() try {
   const TextEncoding encoding = mEncoding.value_or(TextEncoding::Utf8);
   const auto replacement = mReplace ? Encode(*mReplace, encoding) : std::nullopt;
   if (!replacement) return ReplaceProblem::CannotEncode;
-  Output output(*mFile, mPending, mProgress);
+  Output output(*mFile, mPending, mTick);
   ReplaceText(SearchIn(encoding), *replacement, output);
   output.Close();
   return std::nullopt;
@@ -153,7 +162,7 @@ void FileReplacer::ForEachPiece(std::size_t overlap, Step step) {
     if (atEnd || done == std::string_view::npos) return;
     mPieces.Next(to);
     from = done - to;
-    mProgress.DoEvents();
+    mTick();
   }
 }
 

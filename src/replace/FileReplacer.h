@@ -13,7 +13,11 @@
 
 namespace brackwell {
 
-class Progress;
+class FileSystemObject;
+
+/// Opens a file to look into it. Nothing for what holds no bytes: empty files, pipes and the like, and links
+/// that lead nowhere.
+std::unique_ptr<TextReader> OpenUnlessEmpty(const FileSystemObject& files, const std::string& path);
 
 /// A file's bytes, piece by piece and as often as wanted, in a buffer that serves one file after the other.
 /// What the file grows by while it is read is left out.
@@ -48,9 +52,9 @@ class FileReplacer {
  public:
   static constexpr std::size_t UsualPiece = 256 * 1024;
 
-  /// Both phrases are UTF-8. Events may run after every `piece` bytes of a file.
-  FileReplacer(std::string_view find, std::string_view replace, Progress& progress,
-               std::size_t piece = UsualPiece);
+  /// Both phrases are UTF-8. `tick` is called after every `piece` bytes of a file; it may throw while these
+  /// are only counted.
+  FileReplacer(std::string_view find, std::string_view replace, Tick tick, std::size_t piece = UsualPiece);
 
   /// How often the phrase occurs in a file that has been opened just now, overlapping places counted each.
   std::int64_t CountMatches(TextReader& file);
@@ -78,7 +82,7 @@ class FileReplacer {
   const bool mFindIsAscii;
   const bool mReplaceIsAscii;
   const std::vector<PhraseSearch> mSearches;  // by encoding
-  Progress& mProgress;
+  const Tick mTick;
   FilePieces mPieces;
   std::string mPending;  // output that is not worth a write yet
 

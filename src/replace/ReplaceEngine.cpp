@@ -39,7 +39,8 @@ ReplaceEngine::ReplaceEngine(FileSystemObject& files, ReplaceOptions options, Pr
       mRows(rows),
       mProblem(std::move(problem)),
       mTick([this] { DoEvents(); }),
-      mReplacer(std::make_unique<FileReplacer>(mOptions.Find, mOptions.Replace, mProgress)) {}
+      mReplacer(std::make_unique<FileReplacer>(mOptions.Find, mOptions.Replace,
+                                               [this] { mProgress.DoEvents(); })) {}
 
 ReplaceEngine::~ReplaceEngine() = default;
 
@@ -97,7 +98,7 @@ bool ReplaceEngine::ProcessFiles() {
 }
 
 void ReplaceEngine::ProcessFile(ReplaceRow& row) {
-  auto file = OpenUnlessEmpty(row.Path);
+  auto file = OpenUnlessEmpty(mFiles, row.Path);
   if (!file) {
     row.Result = {ReplaceResult::Kind::ZeroSize, 0};
     return;
@@ -113,18 +114,6 @@ void ReplaceEngine::ProcessFile(ReplaceRow& row) {
   }
   if (count > LargestCount - mTotal) throw OverflowError(row.Path);
   mTotal += static_cast<std::int32_t>(count);
-}
-
-/// Nothing for what holds no bytes: empty files, pipes and the like, and links that lead nowhere.
-std::unique_ptr<TextReader> ReplaceEngine::OpenUnlessEmpty(const std::string& path) const try {
-  auto file = mFiles.OpenTextFile(path);
-  return file->Size() > 0 ? std::move(file) : nullptr;
-} catch (const FileSystemError& error) {
-  const ItemProperties file = mFiles.GetFile(path);
-  const bool leadsNowhere =
-      error.Kind() == FileError::FileNotFound && (file.Attributes & Attribute::Alias) != 0;
-  if (file.Size > 0 && !leadsNowhere) throw;
-  return nullptr;
 }
 
 void ReplaceEngine::Tell(std::string_view what, std::string_view path) {

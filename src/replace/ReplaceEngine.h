@@ -79,7 +79,6 @@ class ReplaceEngine {
   void ListFolder(const std::string& path, std::vector<SubFolder>& pending);
   void ListFiles(Folder& folder);
   void ProcessFile(ReplaceRow& row);
-  std::unique_ptr<TextReader> OpenUnlessEmpty(const std::string& path) const;
   void Tell(std::string_view what, std::string_view path);
   void DoEvents() const;
 

@@ -5,7 +5,6 @@
 #include <array>
 #include <random>
 
-#include "common/Progress.h"
 #include "common/Text.h"
 #include "platform/CaseRules.h"
 #include "replace/MemoryFile.h"
@@ -16,27 +15,20 @@ namespace {
 using namespace std::string_literals;
 using enum TextEncoding;
 
-class CountedEvents final : public Progress {
- public:
-  void Message(std::string_view /*text*/) override {}
-  void DoEvents() override { ++Count; }
-  bool Stopped() const override { return false; }
-  int Count = 0;
-};
-
 std::int64_t Count(const std::string& content, const std::string& phrase,
                    std::size_t piece = FileReplacer::UsualPiece) {
-  CountedEvents events;
   MemoryFile file(content);
-  return FileReplacer(phrase, "", events, piece).CountMatches(file);
+  return FileReplacer(
+             phrase, "", [] {}, piece)
+      .CountMatches(file);
 }
 
 /// The new content; what went wrong in its place.
 std::string Replaced(const std::string& content, const std::string& phrase, const std::string& replacement,
                      std::size_t piece = FileReplacer::UsualPiece) {
-  CountedEvents events;
   MemoryFile file(content);
-  FileReplacer replacer(phrase, replacement, events, piece);
+  FileReplacer replacer(
+      phrase, replacement, [] {}, piece);
   replacer.CountMatches(file);
   const auto problem = replacer.ReplaceText();
   if (!problem) return file.Content;
@@ -130,15 +122,24 @@ TEST(FileReplacer, FindsNothingForNoText) {
 
 // --- Pieces
 
-TEST(FileReplacer, LetsEventsThroughBetweenPieces) {
-  CountedEvents events;
+TEST(FileReplacer, TicksBetweenPieces) {
+  int ticks = 0;
   MemoryFile file(std::string(10 * FileReplacer::UsualPiece, 'x'));
-  FileReplacer replacer("X", "y", events);
+  FileReplacer replacer("X", "y", [&ticks] { ++ticks; });
   EXPECT_EQ(replacer.CountMatches(file), static_cast<std::int64_t>(file.Content.size()));
-  EXPECT_GE(events.Count, 8);
+  EXPECT_GE(ticks, 8);
   EXPECT_FALSE(replacer.ReplaceText().has_value());
   EXPECT_TRUE(file.Content == std::string(file.Content.size(), 'y'));
-  EXPECT_GE(events.Count, 16);
+  EXPECT_GE(ticks, 16);
+}
+
+TEST(FileReplacer, CountingEndsWhereATickThrows) {
+  struct Enough {};
+  MemoryFile file(std::string(10 * FileReplacer::UsualPiece, 'x'));
+  FileReplacer replacer("x", "", [ticks = 0]() mutable {
+    if (++ticks == 2) throw Enough();
+  });
+  EXPECT_THROW(replacer.CountMatches(file), Enough);
 }
 
 TEST(FileReplacer, LeavesOutWhatAFileHasLostMeanwhile) {
@@ -155,9 +156,8 @@ TEST(FileReplacer, LeavesOutWhatAFileHasLostMeanwhile) {
    private:
     std::string mText = "xx";
   };
-  CountedEvents events;
   Shrinking file;
-  EXPECT_EQ(FileReplacer("x", "", events).CountMatches(file), 2);
+  EXPECT_EQ(FileReplacer("x", "", [] {}).CountMatches(file), 2);
 }
 
 // --- Any text, any phrase
