@@ -145,7 +145,7 @@ class FileSystemObject {
   void CopyFolder(const std::string& source, const std::string& target, bool overwrite,
                   const Tick& tick = {});
 
-  /// Reads a regular file as bytes.
+  /// Reads a regular file as bytes. This and GetFile may be called on several threads at once.
   virtual std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const = 0;
   /// A new text file: appears, complete, when the writer is closed. A link of that name is replaced, not
   /// followed. Raises FileAlreadyExists (no overwrite), ...

@@ -7,6 +7,7 @@
 #include "common/Progress.h"
 #include "common/Text.h"
 #include "platform/CaseRules.h"
+#include "replace/FileCounter.h"
 #include "replace/FileReplacer.h"
 
 namespace brackwell {
@@ -39,8 +40,11 @@ ReplaceEngine::ReplaceEngine(FileSystemObject& files, ReplaceOptions options, Pr
       mRows(rows),
       mProblem(std::move(problem)),
       mTick([this] { DoEvents(); }),
-      mReplacer(std::make_unique<FileReplacer>(mOptions.Find, mOptions.Replace,
-                                               [this] { mProgress.DoEvents(); })) {}
+      mCounter(mOptions.ReplaceMode ? nullptr
+                                    : std::make_unique<FileCounter>(mFiles, mOptions.Find, mRows, mTick)),
+      mReplacer(mOptions.ReplaceMode ? std::make_unique<FileReplacer>(mOptions.Find, mOptions.Replace,
+                                                                      [this] { mProgress.DoEvents(); })
+                                     : nullptr) {}
 
 ReplaceEngine::~ReplaceEngine() = default;
 
@@ -81,39 +85,54 @@ void ReplaceEngine::ListFiles(Folder& folder) {
     if (ExtensionInList(GetFileExtension(file.Name), mOptions.ExtensionList) &&
         !NameIsExcluded(file.Name, mOptions.ExclusionList))
       mRows.push_back({JoinPath(folder.Path(), file.Name), {}});
+    if (mCounter) mCounter->LookAhead();
     DoEvents();
   }
 }
 
-bool ReplaceEngine::ProcessFiles() {
+bool ReplaceEngine::ProcessFiles() try {
   const std::size_t count = mRows.size();
   for (mItem = 0; mItem < count;) {
     if (mProgress.Stopped()) return false;
     ReplaceRow& row = mRows[mItem++];
     Tell("Working - ", row.Path);
-    ProcessFile(row);
+    if (mOptions.ReplaceMode)
+      Replace(row);
+    else
+      Find(row);
+    AddToTotal(row);
     mProgress.DoEvents();
   }
   return true;
+} catch (const StoppedByUser&) {
+  --mItem;  // it was given up
+  return false;
 }
 
-void ReplaceEngine::ProcessFile(ReplaceRow& row) {
+void ReplaceEngine::Find(ReplaceRow& row) { SetResult(row, ReplaceResult::Kind::Found, mCounter->Next()); }
+
+void ReplaceEngine::Replace(ReplaceRow& row) {
   auto file = OpenUnlessEmpty(mFiles, row.Path);
-  if (!file) {
-    row.Result = {ReplaceResult::Kind::ZeroSize, 0};
-    return;
-  }
-  const std::int64_t count = mReplacer->CountMatches(*file);
+  SetResult(row, ReplaceResult::Kind::Replaced,
+            file ? std::optional(mReplacer->CountMatches(*file)) : std::nullopt);
+  if (row.Result.Count == 0) return;
+  const auto problem = mReplacer->ReplaceText();
+  file.reset();
+  if (problem) mProblem(*problem, row);
+}
+
+/// Without a count it is a file of no size.
+void ReplaceEngine::SetResult(ReplaceRow& row, ReplaceResult::Kind kind, std::optional<std::int64_t> count) {
   if (count > LargestCount) throw OverflowError(row.Path);
-  row.Result = {mOptions.ReplaceMode ? ReplaceResult::Kind::Replaced : ReplaceResult::Kind::Found,
-                static_cast<std::int32_t>(count)};
-  if (mOptions.ReplaceMode && count > 0) {
-    const auto problem = mReplacer->ReplaceText();
-    file.reset();
-    if (problem) mProblem(*problem, row);
-  }
-  if (count > LargestCount - mTotal) throw OverflowError(row.Path);
-  mTotal += static_cast<std::int32_t>(count);
+  if (count)
+    row.Result = {kind, static_cast<std::int32_t>(*count)};
+  else
+    row.Result = {ReplaceResult::Kind::ZeroSize, 0};
+}
+
+void ReplaceEngine::AddToTotal(const ReplaceRow& row) {
+  if (row.Result.Count > LargestCount - mTotal) throw OverflowError(row.Path);
+  mTotal += row.Result.Count;
 }
 
 void ReplaceEngine::Tell(std::string_view what, std::string_view path) {

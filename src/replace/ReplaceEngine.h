@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -13,6 +15,7 @@
 
 namespace brackwell {
 
+class FileCounter;
 class FileReplacer;
 class Progress;
 
@@ -62,8 +65,9 @@ class ReplaceEngine {
   /// not there, and where subfolders are looked into, for one that cannot be read.
   bool ScanFolder();
 
-  /// False when it was stopped, which it is between two files only. Raises FileSystemError for a file that
-  /// cannot be read, and OverflowError. A file is wholly as it was or wholly replaced whatever happens.
+  /// False when it was stopped, which it is between two files only where it replaces. Raises FileSystemError
+  /// for a file that cannot be read, and OverflowError. A file is wholly as it was or wholly replaced
+  /// whatever happens.
   bool ProcessFiles();
 
   /// How many rows have been or are being processed.
@@ -78,7 +82,10 @@ class ReplaceEngine {
   };
   void ListFolder(const std::string& path, std::vector<SubFolder>& pending);
   void ListFiles(Folder& folder);
-  void ProcessFile(ReplaceRow& row);
+  void Find(ReplaceRow& row);
+  void Replace(ReplaceRow& row);
+  static void SetResult(ReplaceRow& row, ReplaceResult::Kind kind, std::optional<std::int64_t> count);
+  void AddToTotal(const ReplaceRow& row);
   void Tell(std::string_view what, std::string_view path);
   void DoEvents() const;
 
@@ -88,6 +95,8 @@ class ReplaceEngine {
   ReplaceRows& mRows;
   const ReplaceProblemSink mProblem;
   const Tick mTick;
+  // One of them: files are only counted ahead, and one that is replaced is touched by nobody else.
+  const std::unique_ptr<FileCounter> mCounter;
   const std::unique_ptr<FileReplacer> mReplacer;
   std::string mMessage;
   std::size_t mItem = 0;

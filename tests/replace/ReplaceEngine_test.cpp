@@ -218,6 +218,77 @@ TEST_F(ReplaceEngineTest, StopsDuringTheScan) {
   EXPECT_FALSE(Finished);
 }
 
+// --- Many files, which are counted ahead
+
+class ManyFiles : public ReplacedTree {
+ protected:
+  ManyFiles() {
+    for (std::size_t i = 0; i < Count; ++i) Tree.File("t/" + Name(i), i % 10 == 9 ? "" : "x and X");
+  }
+
+  /// In the order of their numbers.
+  static std::string Name(std::size_t file) { return std::to_string(1000 + file) + ".txt"; }
+  bool HasResult(std::size_t file) const {
+    return Rows.size() > file && Rows[file].Result.What != ReplaceResult::Kind::None;
+  }
+  /// What a run shows that has come as far as `end`.
+  static Lines Shown(std::size_t end, const std::string& last) {
+    Lines lines;
+    for (std::size_t i = 0; i < Count; ++i)
+      lines.push_back(Name(i) + ": " + (i >= end ? "" : i % 10 == 9 ? "File has 0 size" : "2 matches found"));
+    lines.push_back(last);
+    return lines;
+  }
+
+  static constexpr std::size_t Count = 1000;
+};
+
+TEST_F(ManyFiles, AreToldInTheirOrder) {
+  std::size_t withResult = 0;
+  OnEvents = [&] {
+    while (HasResult(withResult)) ++withResult;
+    for (std::size_t i = withResult; i < Rows.size(); ++i) ASSERT_FALSE(HasResult(i)) << i;
+  };
+  EXPECT_EQ(Find("x"), Shown(Count, "1800 total matches were found"));
+  EXPECT_TRUE(Finished);
+  EXPECT_EQ(Item, Count);
+  ASSERT_EQ(Messages.size(), 1 + Count);
+  for (std::size_t i = 0; i < Count; ++i)
+    ASSERT_EQ(Messages[1 + i], "Working - " + Tree.Path("t/" + Name(i)));
+}
+
+TEST_F(ManyFiles, StopBetweenAnyTwo) {
+  for (const std::size_t last : {0, 50, 500, 998}) {
+    Stop = false;
+    OnEvents = [&] { Stop = HasResult(last); };
+    EXPECT_EQ(Find("x"),
+              Shown(last + 1, TotalText(static_cast<int>(2 * (last + 1 - (last + 1) / 10)), false)));
+    EXPECT_FALSE(Finished);
+    EXPECT_EQ(Item, last + 1);
+  }
+}
+
+TEST_F(ManyFiles, StopInTheScan) {
+  OnEvents = [&] { Stop = Rows.size() == Count - 1; };
+  Lines expected = Shown(0, "0 total matches were found");
+  expected.erase(expected.end() - 2);
+  EXPECT_EQ(Find("x"), expected);
+  EXPECT_FALSE(Finished);
+}
+
+TEST_F(ManyFiles, OneThatGoesMeanwhileIsCountedOrEndsIt) {
+  for (const std::size_t gone : {100, 400, 950}) {
+    OnEvents = [&] {
+      if (HasResult(50) && Tree.Exists("t/" + Name(gone))) Tree.Remove("t/" + Name(gone));
+    };
+    const Lines lines = Find("x");
+    EXPECT_EQ(lines, Finished ? Shown(Count, "1800 total matches were found")
+                              : Shown(gone, "error 53 " + Name(gone)));
+    EXPECT_EQ(Item, Finished ? Count : gone + 1);
+    Tree.File("t/" + Name(gone), "x and X");
+  }
+}
+
 // --- Numbers
 
 TEST_F(ReplaceEngineTest, AFileThatGoesEndsIt) {

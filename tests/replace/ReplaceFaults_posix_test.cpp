@@ -173,6 +173,21 @@ TEST_F(Rights, AnUnreadableFileEndsTheRun) {
   EXPECT_EQ(Tree.Read("t/c.txt"), "x");
 }
 
+TEST_F(Rights, AnUnreadableFileAmongManyEndsTheRunAtItsPlace) {
+  constexpr std::size_t Count = 500;
+  Lines expected;
+  for (std::size_t i = 0; i < Count; ++i) {
+    const std::string name = std::to_string(1000 + i) + ".txt";
+    Tree.File("t/" + name, "x");
+    expected.push_back(name + (i < 250 ? ": 1 matches found" : ": "));
+  }
+  expected.push_back("error 70 1250.txt");
+  for (const char* name : {"1250", "1251", "1400"}) Mode(std::string("t/") + name + ".txt", 0);
+  const WithoutPrivileges asAnyUser;
+  EXPECT_EQ(Find("x"), expected);
+  EXPECT_EQ(Item, 251u);
+}
+
 TEST_F(Rights, AFolderThatTakesNoFilesKeepsItsOwn) {
   Tree.File("t/a.txt", "x");
   Mode("t", 0555);
@@ -274,6 +289,18 @@ TEST_F(Sizes, FiveGigabytesAreSearchedInLittleMemory) {
   const std::uint64_t before = PeakMemory();
   EXPECT_EQ(Find("needle"), (Lines{"big.txt: 3 matches found", "3 total matches were found"}));
   EXPECT_LT(PeakMemory() - before, 4u << 20);
+}
+
+TEST_F(Sizes, StopsInTheMiddleOfGigabytes) {
+  SparseFile file(off_t{1} << 40);
+  for (int i = 0; i < 100; ++i) Link(file.Path(), "t/" + std::to_string(1000 + i) + ".txt");
+  OnEvents = [this, events = 0]() mutable {
+    Stop = !Messages.empty() && Messages.back().starts_with("Working") && ++events == 3;
+  };
+  EXPECT_EQ(Find("needle").back(), "0 total matches were found");
+  EXPECT_FALSE(Finished);
+  EXPECT_EQ(Item, 0u);
+  EXPECT_EQ(Rows[0].Result.What, ReplaceResult::Kind::None);
 }
 
 TEST_F(Sizes, LargeFilesAreReplacedInLittleMemory) {

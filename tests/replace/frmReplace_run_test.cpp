@@ -17,6 +17,7 @@ namespace brackwell {
 namespace {
 
 constexpr int FileCount = 20;
+constexpr int ManyFiles = 500;  // which are counted ahead
 
 /// Calls `step` as soon as `ready`, whoever lets events run.
 void When(const std::function<bool()>& ready, const std::function<void()>& step) {
@@ -38,8 +39,8 @@ int Done(const ReplaceWindow& window) {
 }
 
 /// Files that take their time; `step` is called from the events that the run lets through, after a few.
-void InTheMiddle(ReplaceWindow& window, const std::function<void()>& step) {
-  window.HoldingFiles(FileCount);
+void InTheMiddle(ReplaceWindow& window, const std::function<void()>& step, int files = FileCount) {
+  window.HoldingFiles(files);
   window.Fill(u"abc"_s, u"abcabc"_s);
   window.Files.OnCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(5)); };
   When([&window] { return window.Form && window.Form->IsRunning() && Done(window) >= 3; }, step);
@@ -134,22 +135,26 @@ class frmReplaceRunTest : public QObject {
   void EscStopsAfterTheFileInHand_data() {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("result");
-    QTest::newRow("find") << u"cmdFind"_s << u"found"_s;
-    QTest::newRow("replace") << u"cmdReplace"_s << u"replaced"_s;
+    QTest::addColumn<int>("files");
+    QTest::newRow("find") << u"cmdFind"_s << u"found"_s << FileCount;
+    QTest::newRow("find in many") << u"cmdFind"_s << u"found"_s << ManyFiles;
+    QTest::newRow("replace") << u"cmdReplace"_s << u"replaced"_s << FileCount;
   }
   void EscStopsAfterTheFileInHand() {
     QFETCH(QString, button);
     QFETCH(QString, result);
+    QFETCH(int, files);
     ReplaceWindow window;
-    InTheMiddle(window, [&] { PressEsc(window); });
+    InTheMiddle(
+        window, [&] { PressEsc(window); }, files);
     window.Click(qPrintable(button));
     const int done = Done(window);
-    QVERIFY(done >= 3 && done < FileCount);
+    QVERIFY(done >= 3 && done < files);
     QVERIFY(!window.Form->IsRunning());
     QCOMPARE(window.Status(),
-             u"%1 total matches were "_s.arg(done) + result + u"|%1|%2"_s.arg(done).arg(FileCount));
+             u"%1 total matches were "_s.arg(done) + result + u"|%1|%2"_s.arg(done).arg(files));
     const QStringList lines = window.Lines();
-    QCOMPARE(lines.size(), FileCount);
+    QCOMPARE(lines.size(), files);
     QCOMPARE(lines[done - 1].section(u": "_s, 1), u"1 matches "_s + result);
     QCOMPARE(lines[done].section(u": "_s, 1), QString());
     QCOMPARE(FilesHolding(window, u"2"_s), result == u"replaced"_s ? done : 0);
@@ -191,6 +196,44 @@ class frmReplaceRunTest : public QObject {
     QVERIFY(replaced >= 3 && replaced < FileCount);
     QCOMPARE(FilesHolding(window, u"1"_s), FileCount - replaced);
     QCOMPARE(GetSetting(u"Replace"_s, u"Folder"_s), QString::fromStdString(window.Tree.Root("t")));
+  }
+
+  void ClosingInTheMiddleOfManyEndsTheRunFirst() {
+    ReplaceWindow window;
+    bool wasThere = false;
+    InTheMiddle(
+        window,
+        [&] {
+          window.Click("cmdClose");
+          wasThere = window.Form;
+        },
+        ManyFiles);
+    window.Click("cmdFind");
+    QVERIFY(wasThere);
+    QVERIFY(window.Files.Calls() < ManyFiles);
+    QTRY_VERIFY(!window.Form && !window.Frame);
+    QVERIFY(window.Boxes.Shown().empty());
+  }
+
+  void ASecondFindInManyStartsAnew() {
+    ReplaceWindow window;
+    InTheMiddle(
+        window,
+        [&] {
+          window.Tree.File("t/added.txt", "abcabc");
+          window.Click("cmdFind");
+        },
+        ManyFiles);
+    QCOMPARE(window.Find().size(), ManyFiles + 1);
+    QCOMPARE(window.Status(), u"%1 total matches were found|%2|%2"_s.arg(ManyFiles + 2).arg(ManyFiles + 1));
+  }
+
+  void EscStopsInTheMiddleOfAFileThatIsOnlyRead() {
+    ReplaceWindow window;
+    InTheMiddleOfAFile(window, [&] { PressEsc(window); });
+    QCOMPARE(window.Find(), QStringList{u"large.txt: "_s});
+    QVERIFY(window.Status().startsWith(u"0 total matches were found|"_s));
+    QVERIFY(window.Files.Calls() < 100);  // the whole of it takes more
   }
 
   void ASecondFindStartsAnew() {
@@ -465,10 +508,10 @@ class frmReplaceRunTest : public QObject {
         throw FileSystemError(FileError::DeviceError, "x");
       };
     });
-    window.Click("cmdFind");
+    window.Click("cmdReplace");
     QCOMPARE(thrown, 1);
     QTRY_VERIFY(!window.Form);
-    QVERIFY(window.Boxes.Shown().empty());
+    QCOMPARE(window.Boxes.Shown().size(), std::size_t(1));  // the question before the run
   }
 
   void AnErrorBeforeASecondRunIsToldFirst() {
@@ -481,8 +524,8 @@ class frmReplaceRunTest : public QObject {
         throw FileSystemError(FileError::DeviceError, "x");
       };
     });
-    window.Find();
-    QCOMPARE(window.Boxes.TakeTexts(), QStringList{u"Error: 57\nDescription: Device I/O error\nx"_s});
+    window.Replace();
+    QCOMPARE(window.Boxes.TakeTexts().last(), u"Error: 57\nDescription: Device I/O error\nx"_s);
     QCOMPARE(window.Status(), u"0 total matches were found|1|1"_s);
     QCOMPARE(window.Lines(), QStringList{u"large.txt: 0 matches found"_s});
   }

@@ -8,7 +8,7 @@
 namespace brackwell {
 
 /// The real file system, until the n-th call that can fail: that one raises `error`, and so do all after it.
-/// Ticks during a long call count as calls, so a copy can fail in its middle.
+/// Ticks during a long call count as calls, so a copy can fail in its middle. Any thread may call.
 class FailingFileSystem final : public FileSystemObject {
  public:
   /// `failAt` counts from 1; 0 never fails.
@@ -16,7 +16,8 @@ class FailingFileSystem final : public FileSystemObject {
 
   /// How many calls there have been.
   int Calls() const { return mCalls; }
-  /// Called in each of them, before it fails: to wait, say, so that a run takes its time.
+  /// Called in each of them, before it fails: to wait, say, so that a run takes its time. A run
+  /// that has several threads calls it on all of them at once.
   std::function<void()> OnCall;
 
   bool FileExists(const std::string& path) const override;
