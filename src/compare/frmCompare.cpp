@@ -443,7 +443,11 @@ void frmCompare::FixSelected() {
     fixCount = brackwell::FixSelected(
         mServices.Files, options, rows,
         {.Fixing = [&](std::size_t row) { progress.Message("Fixing " + rows[row].Name); },
-         .Problem = [&](std::size_t row, const FileSystemError& error) { TellProblem(rows[row], error); },
+         .Problem =
+             [&](std::size_t row, const FileSystemError& error) {
+               progress.ShowLast();  // behind the message stands what it is about
+               TellProblem(rows[row], error);
+             },
          .Fixed = [&](std::size_t row) { mGrid->RowChanged(row); },
          .Working = [&] { progress.DoEvents(); }});
     progress.ShowLast();

@@ -162,6 +162,7 @@ void frmCompareRunTest::TheProgramDoesNotEndBehindAProblem() {
   When([] { return ShownBoxNow() != nullptr; },
        [&, form] {
          texts << ShownBoxNow()->text();
+         QCOMPARE(Get<StatusBar>(*form, "stbCompare").PanelText(u"MESSAGE"_s), u"Fixing gone"_s);
          QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
          QVERIFY(form->IsRunning());
          for (const char* button : {"cmdFix", "cmdCompare", "cmdClose"}) {
