@@ -135,7 +135,7 @@ void GiveHelpKey(QDialog& dialog, std::function<void(const QString& key)> showHe
   const auto takeBack = [&dialog] {
     const QWidget* blocked = dialog.parentWidget();
     if (dialog.isVisible() && blocked && QGuiApplication::focusWindow() == blocked->window()->windowHandle())
-      dialog.activateWindow();
+      QApplication::activeModalWidget()->activateWindow();  // the dialog, or its message
   };
   // Not at once: the dialog may just be closing.
   QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &dialog, takeBack, Qt::QueuedConnection);

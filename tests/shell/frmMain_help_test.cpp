@@ -82,6 +82,7 @@ class frmMainHelpTest : public QObject {
   void F1InADialog_data();
   void F1InADialog();
   void ADialogKeepsTheKeyboard();
+  void TheMessageOfADialogKeepsTheKeyboard();
   void HelpIsReadBesideADialog();
   void AMissingFileIsToldInFrontOfTheDialog();
   void ASecondF1UsesTheSameWindow();
@@ -194,6 +195,23 @@ void frmMainHelpTest::ADialogKeepsTheKeyboard() {
       return QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == window.windowHandle(); });
     };
     hasKeyboard = isAt(shell.Main) && isAt(shown);
+  });
+  shell.Choose(u"mnuTools_Options"_s);
+  QVERIFY(hasKeyboard);
+}
+
+void frmMainHelpTest::TheMessageOfADialogKeepsTheKeyboard() {
+  Shell shell;
+  bool hasKeyboard = false;
+  shell.InDialog([&](QDialog& shown) {
+    QDialog box(&shown);  // messages are answered at once here
+    box.open();
+    const auto isAt = [](const QWidget& window) {
+      return QTest::qWaitFor([&] { return QGuiApplication::focusWindow() == window.windowHandle(); });
+    };
+    const bool isFirst = isAt(box);
+    shell.Main.activateWindow();
+    hasKeyboard = isFirst && isAt(shell.Main) && isAt(box);
   });
   shell.Choose(u"mnuTools_Options"_s);
   QVERIFY(hasKeyboard);
