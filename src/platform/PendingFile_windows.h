@@ -15,7 +15,8 @@ class PendingFile {
   /// `path` is the file that is to be. It begins empty.
   explicit PendingFile(const std::string& path);
   /// It begins as a copy of `model` with all that this has: content, other streams, extended attributes.
-  /// Calls `tick` from time to time, which may throw.
+  /// Calls `tick` from time to time, which may throw. Until the copy is made, a program that is killed leaves
+  /// it behind, for the next writer of the same target to delete.
   PendingFile(const std::string& path, const std::string& model, const Tick& tick);
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
