@@ -47,6 +47,16 @@ DWORD CALLBACK CopyGoesOn(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INT
   }
 }
 
+/// What looks for viruses looks into a new file first.
+Handle OpenCopied(const std::wstring& nativePath) {
+  constexpr int Patience = 50;
+  for (int attempt = 0;; ++attempt) {
+    Handle file = OpenHidden(nativePath, OPEN_EXISTING);
+    if (file.IsOpen() || GetLastError() != ERROR_SHARING_VIOLATION || attempt == Patience) return file;
+    Sleep(20);
+  }
+}
+
 /// A copy of `model`: nothing else but the system's own copying knows all that a file has.
 Handle CreateCopy(const std::wstring& nativePath, const std::string& model, const Tick& tick) {
   Copying copying{tick, {}};
@@ -55,7 +65,7 @@ Handle CreateCopy(const std::wstring& nativePath, const std::string& model, cons
   if (copying.Error) std::rethrow_exception(copying.Error);
   if (!copied) return Handle();
   SetFileAttributesW(nativePath.c_str(), FILE_ATTRIBUTE_HIDDEN);  // not read-only, whatever the model is
-  Handle file = OpenHidden(nativePath, OPEN_EXISTING);
+  Handle file = OpenCopied(nativePath);
   if (file.IsOpen()) return file;
   const DWORD error = GetLastError();
   DeleteFileW(nativePath.c_str());
