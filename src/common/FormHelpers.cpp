@@ -134,8 +134,9 @@ void GiveHelpKey(QDialog& dialog, std::function<void(const QString& key)> showHe
   // Some window managers give the keyboard to the window behind, though it is blocked, when that is clicked.
   const auto takeBack = [&dialog] {
     const QWidget* blocked = dialog.parentWidget();
-    if (dialog.isVisible() && blocked && QGuiApplication::focusWindow() == blocked->window()->windowHandle())
-      QApplication::activeModalWidget()->activateWindow();  // the dialog, or its message
+    QWidget* top = QApplication::activeModalWidget();  // the dialog, or its message
+    if (top && blocked && QGuiApplication::focusWindow() == blocked->window()->windowHandle())
+      top->activateWindow();
   };
   // Not at once: the dialog may just be closing.
   QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &dialog, takeBack, Qt::QueuedConnection);
