@@ -6,22 +6,16 @@
 namespace brackwell {
 namespace {
 
-struct SubFolder {
-  std::string Path;
-  bool IsLink;
-};
-
 /// Adds up one folder's files and notes its sub-folders, so that no handle stays open while they are walked.
 std::uint64_t SizeOfFiles(const FileSystemObject& files, const std::string& path, const Tick& tick,
-                          std::vector<SubFolder>& subFolders) {
+                          std::vector<std::string>& subFolders) {
   std::uint64_t size = 0;
   const auto folder = files.GetFolder(path, tick);
   for (const Member& member : folder->Files()) {
     if (const auto status = folder->Find(member.Name)) size += status->Size;
     if (tick) tick();
   }
-  for (const Member& member : folder->SubFolders())
-    subFolders.push_back({JoinPath(path, member.Name), member.IsLink});
+  for (const Member& member : folder->SubFolders()) subFolders.push_back(JoinPath(path, member.Name));
   return size;
 }
 
@@ -34,13 +28,12 @@ void WriteTextFile(FileSystemObject& files, const std::string& path, bool overwr
 }
 
 std::uint64_t FolderSize(const FileSystemObject& files, const std::string& path, const Tick& tick) {
-  std::vector<SubFolder> pending;  // not on the program's stack: trees may be deeper than that
+  std::vector<std::string> pending;  // not on the program's stack: trees may be deeper than that
   std::uint64_t size = SizeOfFiles(files, path, tick, pending);
   while (!pending.empty()) {
-    const SubFolder folder = std::move(pending.back());
+    const std::string folder = std::move(pending.back());
     pending.pop_back();
-    if (!folder.IsLink || !LeadsBack(files, path, folder.Path))
-      size += SizeOfFiles(files, folder.Path, tick, pending);
+    size += SizeOfFiles(files, folder, tick, pending);
   }
   return size;
 }

@@ -12,8 +12,7 @@ namespace brackwell {
 /// overwritten, and whatever else the folder refuses; an older file is then still whole.
 void WriteTextFile(FileSystemObject& files, const std::string& path, bool overwrite, std::string_view text);
 
-/// The bytes of all files in and below a folder, links back into it not followed. Raises for what cannot be
-/// read.
+/// The bytes of all files in and below a folder; a link counts as itself. Raises for what cannot be read.
 std::uint64_t FolderSize(const FileSystemObject& files, const std::string& path, const Tick& tick = {});
 
 }  // namespace brackwell

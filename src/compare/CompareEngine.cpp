@@ -69,7 +69,7 @@ class CompareEngine::OtherSide {
  public:
   OtherSide(const CompareEngine& engine, const std::string& path, const std::string& from,
             const std::string& to)
-      : mFiles(engine.mFiles), mPath(path), mFrom(from), mTo(to), mByPath(!engine.mRootsAlign) {
+      : mFiles(*engine.mFiles), mPath(path), mFrom(from), mTo(to), mByPath(!engine.mRootsAlign) {
     if (!mByPath) mFolder = OpenIfThere(mFiles, ReplaceRoot(path, from, to), engine.mTick);
   }
 
@@ -100,8 +100,8 @@ class CompareEngine::OtherSide {
 
 CompareEngine::CompareEngine(const FileSystemObject& files, CompareOptions options, Progress& progress,
                              CompareRowSink sink)
-    : mFiles(files),
-      mOptions(std::move(options)),
+    : mOptions(std::move(options)),
+      mFiles(files.Within({mOptions.SourceRoot, mOptions.TargetRoot})),
       mProgress(progress),
       mSink(std::move(sink)),
       mTick([this] { DoEvents(); }),
@@ -129,7 +129,7 @@ void CompareEngine::CompareSourceFolder(const std::string& path) {
 
 /// Gives the sub-folders, so that no handle stays open while they are walked.
 std::vector<CompareEngine::SubFolder> CompareEngine::CompareSourceFiles(const std::string& path) {
-  const auto folder = mFiles.GetFolder(path, mTick);
+  const auto folder = mFiles->GetFolder(path, mTick);
   const OtherSide target(*this, path, mOptions.SourceRoot, mOptions.TargetRoot);
   for (const Member& file : folder->Files()) {
     if (!IsExcluded(file.Name)) CompareSourceFile(*folder, target, file.Name);
@@ -141,8 +141,7 @@ std::vector<CompareEngine::SubFolder> CompareEngine::CompareSourceFiles(const st
   if (!mOptions.CompareSubfolders) return subFolders;
   for (const Member& member : folder->SubFolders()) {
     if (!IsExcluded(member.Name))
-      subFolders.push_back(
-          {std::string(member.Name), member.IsLink, IsFolderStatus(target.Find(member.Name))});
+      subFolders.push_back({std::string(member.Name), IsFolderStatus(target.Find(member.Name))});
     DoEvents();
   }
   return subFolders;
@@ -173,7 +172,7 @@ void CompareEngine::CompareSourceFile(Folder& folder, const OtherSide& target, s
 /// into.
 void CompareEngine::RequireGone(const std::string& path) const {
   try {
-    mFiles.GetFile(path);
+    mFiles->GetFile(path);
   } catch (const FileSystemError& error) {
     if (error.Kind() != FileError::FileNotFound) throw;
   }
@@ -184,9 +183,7 @@ void CompareEngine::CompareSourceSubFolder(const std::string& path, const SubFol
   if (mOptions.FlagSourceFolderMissing && !subFolder.IsOnOtherSide)
     return AddCompareRow(ResultKind::SourceFolderMissingInTarget, mOptions.SourceRoot, subPath);
   AddCompareRow(ResultKind::FolderSame, mOptions.SourceRoot, subPath);
-  UnlessGone(subPath, [&] {
-    if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.SourceRoot, subPath)) CompareSourceFolder(subPath);
-  });
+  UnlessGone(subPath, [&] { CompareSourceFolder(subPath); });
 }
 
 void CompareEngine::CompareTargetFolder(const std::string& path) {
@@ -205,9 +202,7 @@ void CompareEngine::CompareTargetSubFolder(const std::string& path, const SubFol
   const std::string subPath(Checking(path, subFolder.Name));
   if (mOptions.FlagTargetFolderMissing && !subFolder.IsOnOtherSide)
     return AddCompareRow(ResultKind::TargetFolderMissingInSource, mOptions.TargetRoot, subPath);
-  UnlessGone(subPath, [&] {
-    if (!subFolder.IsLink || !LeadsBack(mFiles, mOptions.TargetRoot, subPath)) CompareTargetFolder(subPath);
-  });
+  UnlessGone(subPath, [&] { CompareTargetFolder(subPath); });
 }
 
 /// While a source folder and its counterpart are both open and listed, what the walk over the target needs of
@@ -231,7 +226,7 @@ void CompareEngine::RememberTarget(Folder& source, Folder& target) try {
       const bool inSource = sourceFolders.Has(member.Name);
       if (IsExcluded(member.Name)) continue;
       remembered.SubFolders.push_back(
-          {std::string(member.Name), member.IsLink, inSource || IsFolderStatus(source.Find(member.Name))});
+          {std::string(member.Name), inSource || IsFolderStatus(source.Find(member.Name))});
     }
   }
   mTargetFolders.insert_or_assign(target.Path(), std::move(remembered));
@@ -246,7 +241,7 @@ CompareEngine::TargetFolder CompareEngine::TakeTargetFolder(const std::string& p
 
 CompareEngine::TargetFolder CompareEngine::ReadTargetFolder(const std::string& path) const {
   TargetFolder result;
-  const auto folder = mFiles.GetFolder(path, mTick);
+  const auto folder = mFiles->GetFolder(path, mTick);
   const OtherSide source(*this, path, mOptions.TargetRoot, mOptions.SourceRoot);
   for (const Member& file : folder->Files()) {
     if (!IsExcluded(file.Name) && mOptions.FlagTargetFileMissing && !IsFileStatus(source.Find(file.Name)))
@@ -256,8 +251,7 @@ CompareEngine::TargetFolder CompareEngine::ReadTargetFolder(const std::string& p
   if (!mOptions.CompareSubfolders) return result;
   for (const Member& member : folder->SubFolders()) {
     if (!IsExcluded(member.Name))
-      result.SubFolders.push_back(
-          {std::string(member.Name), member.IsLink, IsFolderStatus(source.Find(member.Name))});
+      result.SubFolders.push_back({std::string(member.Name), IsFolderStatus(source.Find(member.Name))});
     DoEvents();
   }
   return result;

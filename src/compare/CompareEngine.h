@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,8 +37,9 @@ struct CompareOptions {
 /// Takes the findings as they are made.
 using CompareRowSink = std::function<void(CompareRow)>;
 
-/// Compares two folder trees by path, modification time and size; contents are not read. All findings of the
-/// walk over the source come first, then those of the walk over the target.
+/// Compares two folder trees by path, modification time and size; contents are not read. A link is compared
+/// as the item it is, and never entered. All findings of the walk over the source come first, then those of
+/// the walk over the target.
 class CompareEngine {
  public:
   CompareEngine(const FileSystemObject& files, CompareOptions options, Progress& progress,
@@ -51,7 +53,6 @@ class CompareEngine {
  private:
   struct SubFolder {
     std::string Name;
-    bool IsLink;
     bool IsOnOtherSide;
   };
   /// What the walk over the target will ask of one of its folders.
@@ -78,8 +79,8 @@ class CompareEngine {
   std::string_view Checking(std::string_view folder, std::string_view name);
   void DoEvents() const;
 
-  const FileSystemObject& mFiles;
   CompareOptions mOptions;
+  const std::unique_ptr<FileSystemObject> mFiles;
   Progress& mProgress;
   const CompareRowSink mSink;
   const Tick mTick;

@@ -26,6 +26,7 @@ FixPaths PathsOf(const CompareRow& row, const FixOptions& options) {
 
 std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, CompareRows& rows,
                         const FixEvents& events) {
+  const auto inside = files.Within({options.SourceRoot, options.TargetRoot});
   std::size_t fixCount = 0;
   for (std::size_t index = 0; index < rows.size(); ++index) {
     CompareRow& row = rows[index];
@@ -36,7 +37,7 @@ std::size_t FixSelected(FileSystemObject& files, const FixOptions& options, Comp
       ++fixCount;
       events.Fixing(index);
       try {
-        CopyItem(files, IsFile(row.Kind), from, to, events.Working);
+        CopyItem(*inside, IsFile(row.Kind), from, to, events.Working);
       } catch (const FileSystemError& error) {
         failed = true;
         events.Problem(index, error);

@@ -77,8 +77,7 @@ void DirectoryScan::EnterFolder(const FolderPart& part, xmlNode* parent) {
                                               mFolderName)};
   for (std::size_t i = 0; i < part.Properties.size(); ++i) {
     xmlNode* const text = AddPropertyNode(level.Element, mFolderProperties[i], part.Properties[i]);
-    if (mSumsUp && !part.LeadsBack && mFolderProperties[i].Key == InfoKey::Size)
-      level.SizeTexts.push_back(text);
+    if (mSumsUp && mFolderProperties[i].Key == InfoKey::Size) level.SizeTexts.push_back(text);
   }
   mLevels.push_back(std::move(level));
 }

@@ -24,18 +24,14 @@ constexpr auto TimeBetweenTicks = std::chrono::milliseconds(10);
 
 /// A folder whose sub-folders are still to come.
 struct FolderReader::Level {
-  struct SubFolder {
-    std::string Name;
-    bool IsLink;
-  };
   std::string Path;
-  std::vector<SubFolder> SubFolders = {};
+  std::vector<std::string> SubFolders = {};
   std::size_t Next = 0;
 };
 
 FolderReader::FolderReader(const FileSystemObject& files, ReadingPlan plan)
-    : mFiles(files),
-      mPlan(std::move(plan)),
+    : mPlan(std::move(plan)),
+      mFiles(files.Within({mPlan.Folder})),
       mTick([this] {
         if (mUnwanted) throw Unwanted();
       }),
@@ -87,7 +83,7 @@ void FolderReader::Run() {
 }
 
 void FolderReader::Walk() {
-  EnterFolder(mPlan.Folder, false);
+  EnterFolder(mPlan.Folder);
   while (!mLevels.empty()) {
     mTick();
     Level& level = mLevels.back();
@@ -95,20 +91,16 @@ void FolderReader::Walk() {
       mLevels.pop_back();
       continue;
     }
-    const Level::SubFolder& subFolder = level.SubFolders[level.Next++];
-    const std::string path = JoinPath(level.Path, subFolder.Name);
-    EnterFolder(path, subFolder.IsLink && LeadsBack(mFiles, mPlan.Folder, path));
+    EnterFolder(JoinPath(level.Path, level.SubFolders[level.Next++]));
   }
 }
 
-void FolderReader::EnterFolder(const std::string& path, bool leadsBack) {
-  FolderPart part{.Object = mFiles.GetFolder(path, mTick), .Depth = mLevels.size(), .LeadsBack = leadsBack};
+void FolderReader::EnterFolder(const std::string& path) {
+  FolderPart part{.Object = mFiles->GetFolder(path, mTick), .Depth = mLevels.size()};
   part.Properties = ReadProperties(*part.Object);
-  if (leadsBack) return Add(std::move(part));
   Level level{.Path = path};
   if (mPlan.IncludesSubFolders)
-    for (const Member& member : part.Object->SubFolders())
-      level.SubFolders.push_back({std::string(member.Name), member.IsLink});
+    for (const Member& member : part.Object->SubFolders()) level.SubFolders.emplace_back(member.Name);
   if (mPlan.IncludesFiles || mPlan.ReadsSizes)
     ReadFiles(std::move(part));
   else
@@ -117,7 +109,7 @@ void FolderReader::EnterFolder(const std::string& path, bool leadsBack) {
 }
 
 std::vector<PropertyValue> FolderReader::ReadProperties(Folder& folder) {
-  FolderItem item{mFiles, folder};
+  FolderItem item{*mFiles, folder};
   std::vector<PropertyValue> values;
   values.reserve(mPlan.FolderProperties.size());
   for (const InfoKey key : mPlan.FolderProperties)
@@ -127,7 +119,7 @@ std::vector<PropertyValue> FolderReader::ReadProperties(Folder& folder) {
 }
 
 PropertyValue FolderReader::SizeBelow(const std::string& path) const try {
-  return FolderSize(mFiles, path, mTick);
+  return FolderSize(*mFiles, path, mTick);
 } catch (const FileSystemError&) {
   return {};
 }

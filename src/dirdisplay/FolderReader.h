@@ -29,8 +29,7 @@ struct ReadingPlan {
 /// A folder with its first files, or more files of the folder before.
 struct FolderPart {
   std::shared_ptr<Folder> Object;
-  std::size_t Depth = 0;  // below the plan's folder
-  bool LeadsBack = false;
+  std::size_t Depth = 0;                       // below the plan's folder
   std::vector<PropertyValue> Properties = {};  // where a folder begins
   std::size_t FirstFile = 0;                   // in Object->Files(); 0 where a folder begins
   std::size_t EndFile = 0;
@@ -40,7 +39,7 @@ struct FolderPart {
 
 /// Walks folders on a thread of its own, a little ahead of whoever takes what it has read: one core waits for
 /// the system's answers while another puts them to use. A folder comes with its files, then its sub-folders
-/// come; a link that leads back comes without files. `files` must not be changed meanwhile.
+/// come; links are among the files. `files` must not be changed meanwhile.
 class FolderReader {
  public:
   FolderReader(const FileSystemObject& files, ReadingPlan plan);
@@ -64,7 +63,7 @@ class FolderReader {
   // On the reading thread.
   void Run();
   void Walk();
-  void EnterFolder(const std::string& path, bool leadsBack);
+  void EnterFolder(const std::string& path);
   std::vector<PropertyValue> ReadProperties(Folder& folder);
   PropertyValue SizeBelow(const std::string& path) const;
   void ReadFiles(FolderPart part);
@@ -72,8 +71,8 @@ class FolderReader {
   void Add(FolderPart part);
   void HandOver();
 
-  const FileSystemObject& mFiles;
   const ReadingPlan mPlan;
+  const std::unique_ptr<FileSystemObject> mFiles;
   const Tick mTick;
   std::vector<Level> mLevels;  // not on the thread's stack: trees may be deeper than that
   Batch mRead;

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <climits>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "platform/PendingFile_posix.h"
 #include "platform/Posix.h"
@@ -28,30 +30,44 @@ struct Source {
   struct stat Status {};
 };
 
+using Existing = std::optional<struct stat>;
+
+Existing FindItem(const Location& location, int flags) {
+  struct stat status {};
+  if (fstatat(location.Folder(), location.Name(), &status, flags) == 0) return status;
+  if (errno != ENOENT) Raise(errno, location.Path());
+  return std::nullopt;
+}
+
 /// Pipes and devices are told by their status, before anything is opened.
-Source OpenSource(const std::string& path) {
-  const Location location(path);
+Source OpenSource(const Location& location, const struct stat& found, int flags) {
+  const std::string& path = location.Path();
+  if (S_ISDIR(found.st_mode)) throw FileSystemError(FileError::FileNotFound, path);
+  if (!S_ISREG(found.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
   Source source;
-  if (fstatat(location.Folder(), location.Name(), &source.Status, 0) != 0)
-    Raise(errno, path, FileError::FileNotFound);
-  if (S_ISDIR(source.Status.st_mode)) throw FileSystemError(FileError::FileNotFound, path);
-  if (!S_ISREG(source.Status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
-  source.File =
-      Handle(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  source.File = Handle(
+      openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | flags));
   if (!source.File.IsOpen()) Raise(errno, path, FileError::FileNotFound);
   if (fstat(source.File.Get(), &source.Status) != 0) Raise(errno, path);
   if (!S_ISREG(source.Status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
   return source;
 }
 
-void CheckTarget(const Target& target, const struct stat& source, bool overwrite) {
-  if (!target.Existing) return;
-  const struct stat& existing = *target.Existing;
-  if (S_ISDIR(existing.st_mode)) throw FileSystemError(FileError::PermissionDenied, target.Path);
-  if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, target.Path);
-  const bool same = existing.st_dev == source.st_dev && existing.st_ino == source.st_ino;
-  if (same) throw FileSystemError(FileError::PermissionDenied, target.Path);
-  CheckReplaceable(existing, target.Path);
+struct stat RequireItem(const Location& location, int flags) {
+  const Existing found = FindItem(location, flags);
+  if (!found) throw FileSystemError(FileError::FileNotFound, location.Path());
+  return *found;
+}
+
+void CheckTarget(const Existing& existing, const Location& target, const struct stat& source,
+                 bool overwrite) {
+  if (!existing) return;
+  const std::string& path = target.Path();
+  if (S_ISDIR(existing->st_mode)) throw FileSystemError(FileError::PermissionDenied, path);
+  if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
+  const bool same = existing->st_dev == source.st_dev && existing->st_ino == source.st_ino;
+  if (same) throw FileSystemError(FileError::PermissionDenied, path);
+  if (!S_ISLNK(existing->st_mode)) CheckReplaceable(*existing, target.Folder(), target.Name(), path);
 }
 
 /// Copies content by the kernel where it can, up to where the file ends: it may have grown or shrunk
@@ -129,29 +145,52 @@ class ContentCopy {
 
 /// A file that is replaced keeps its owner. The special mode bits go with the owner they were given by. What
 /// a file system such as FAT cannot keep is no reason to refuse the copy.
-void CopyStatus(const struct stat& source, const Target& target, int file) {
-  if (target.Existing && (target.Existing->st_uid != geteuid() || target.Existing->st_gid != getegid()))
-    static_cast<void>(fchown(file, target.Existing->st_uid, target.Existing->st_gid) == 0);
+void CopyStatus(const struct stat& source, const Existing& existing, int file, const std::string& path) {
+  if (existing && (existing->st_uid != geteuid() || existing->st_gid != getegid()))
+    static_cast<void>(fchown(file, existing->st_uid, existing->st_gid) == 0);
   struct stat made {};
   const bool sameOwner =
       fstat(file, &made) == 0 && made.st_uid == source.st_uid && made.st_gid == source.st_gid;
   fchmod(file, source.st_mode & (sameOwner ? 07777 : 0777));
   const timespec times[] = {source.st_atim, source.st_mtim};
-  if (futimens(file, times) != 0 && errno != EPERM) Raise(errno, target.Path);
+  if (futimens(file, times) != 0 && errno != EPERM) Raise(errno, path);
+}
+
+void CopyRegularFile(const Location& from, const struct stat& found, int flags, const Location& target,
+                     const Existing& existing, bool overwrite, const Tick& tick) {
+  const Source source = OpenSource(from, found, flags);
+  const std::string& path = target.Path();
+  PendingFile pending(OpenParent(target), std::string(FileName(path)), path);
+  CallTick(tick);
+  ContentCopy(source, from.Path(), pending.Descriptor(), path, tick).CopyAll(source.Status);
+  CopyStatus(source.Status, existing, pending.Descriptor(), path);
+  pending.Commit(overwrite);
+}
+
+std::string TextOfLink(const Location& link) {
+  char text[PATH_MAX];
+  const auto length = readlinkat(link.Folder(), link.Name(), text, sizeof text);
+  if (length < 0) Raise(errno, link.Path(), FileError::FileNotFound);
+  return std::string(text, static_cast<std::size_t>(length));
 }
 
 }  // namespace
 
-void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite,
-                 const Tick& tick) {
-  const Source source = OpenSource(sourcePath);
-  const Target target = FindTarget(targetPath);
-  CheckTarget(target, source.Status, overwrite);
-  PendingFile pending(OpenParent(target.Path), std::string(FileName(target.Path)), target.Path);
-  CallTick(tick);
-  ContentCopy(source, sourcePath, pending.Descriptor(), target.Path, tick).CopyAll(source.Status);
-  CopyStatus(source.Status, target, pending.Descriptor());
-  pending.Commit(overwrite);
+void CopyOneFile(const Location& source, const Location& target, bool overwrite, const Tick& tick) {
+  const struct stat found = RequireItem(source, AT_SYMLINK_NOFOLLOW);
+  const Existing existing = FindItem(target, AT_SYMLINK_NOFOLLOW);
+  CheckTarget(existing, target, found, overwrite);
+  if (!S_ISLNK(found.st_mode))
+    return CopyRegularFile(source, found, O_NOFOLLOW, target, existing, overwrite, tick);
+  if (symlinkat(TextOfLink(source).c_str(), target.Folder(), target.Name()) != 0) Raise(errno, target.Path());
+}
+
+void CopyAsNewFile(const Location& source, const Location& target, const Tick& tick) {
+  const struct stat found = RequireItem(source, 0);
+  const Existing existing = FindItem(target, AT_SYMLINK_NOFOLLOW);
+  if (existing && S_ISLNK(existing->st_mode)) throw FileSystemError(FileError::PathFileAccess, target.Path());
+  CheckTarget(existing, target, found, true);
+  CopyRegularFile(source, found, 0, target, existing, true, tick);
 }
 
 }  // namespace brackwell::posix

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "platform/FileSystemObject.h"
+#include "platform/Posix.h"
 
 namespace brackwell::posix {
 
 /// FileSystemObject::CopyFile.
-void CopyOneFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick);
+void CopyOneFile(const Location& source, const Location& target, bool overwrite, const Tick& tick);
+/// FileSystemObject::CopyAsNewFile.
+void CopyAsNewFile(const Location& source, const Location& target, const Tick& tick);
 
 }  // namespace brackwell::posix

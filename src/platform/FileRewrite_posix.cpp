@@ -46,15 +46,16 @@ bool RenameKeepsOrder(const Handle& file) {
 
 class FileRewriter final : public TextWriter {
  public:
-  FileRewriter(const Handle& file, const struct stat& opened, std::string path, Tick tick)
+  FileRewriter(const Handle& file, const struct stat& opened, const Handle& folder, std::string path,
+               Tick tick)
       : mOpened(opened),
         mPath(std::move(path)),
         mTick(std::move(tick)),
         mName(FileName(mPath)),
-        mOld(fcntl(file.Get(), F_DUPFD_CLOEXEC, 0)),
-        mFolder(OpenParent(mPath)),
+        mOld(file.Duplicate()),
+        mFolder(folder.Duplicate()),
         mLiesBeside(MayBeChanged(mFolder)),
-        mNew(mLiesBeside ? OpenParent(mPath) : OpenFolder(GetTempFolder()), mName, mPath) {
+        mNew(mLiesBeside ? folder.Duplicate() : OpenFolder(GetTempFolder()), mName, mPath) {
     if (!mOld.IsOpen()) Raise(errno, mPath);
     CheckUnchanged();
     if (!MayReplace()) mNew.GiveUpName();
@@ -132,11 +133,10 @@ class FileRewriter final : public TextWriter {
 
 }  // namespace
 
-std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened,
+std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened, const Handle& folder,
                                         const std::string& path, Tick tick) {
-  std::string target = FindTarget(path).Path;
-  CheckReplaceable(opened, target);
-  return std::make_unique<FileRewriter>(file, opened, std::move(target), std::move(tick));
+  CheckReplaceable(opened, folder.Get(), std::string(FileName(path)).c_str(), path);
+  return std::make_unique<FileRewriter>(file, opened, folder, path, std::move(tick));
 }
 
 }  // namespace brackwell::posix

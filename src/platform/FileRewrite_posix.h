@@ -8,8 +8,9 @@
 
 namespace brackwell::posix {
 
-/// TextReader::Rewrite for POSIX: `file` was opened by `path` and had the status `opened` then.
-std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened,
+/// TextReader::Rewrite for POSIX: `file` lies in `folder`, under the last name of `path`, and had the status
+/// `opened` when it was opened.
+std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened, const Handle& folder,
                                         const std::string& path, Tick tick);
 
 }  // namespace brackwell::posix

@@ -12,9 +12,12 @@
 #include "platform/Paths.h"
 #include "platform/TextFile.h"
 
-// Everything that the tools know of files and folders comes through one FileSystemObject. All calls raise
-// FileSystemError; a call that only asks (FileExists, FolderExists, Find) answers instead. Symbolic links are
-// followed; a link that leads nowhere counts as a file, with the dates and the size of the link itself.
+// Everything that the tools know of files and folders comes through one FileSystemObject. All calls throw
+// FileSystemError; a call that only asks (FileExists, FolderExists, Find) answers instead.
+//
+// A link, to a file or to a folder or to nothing, is an item like a file, with its own dates and size: it is
+// listed, found, described and copied as such. Only the way to an item may lead through links, and none of
+// those below a root of Within.
 
 namespace brackwell {
 
@@ -28,7 +31,7 @@ inline constexpr unsigned Hidden = 2;    // on POSIX: the name begins with a dot
 inline constexpr unsigned System = 4;
 inline constexpr unsigned Directory = 16;
 inline constexpr unsigned Archive = 32;
-inline constexpr unsigned Alias = 1024;  // a symbolic link
+inline constexpr unsigned Alias = 1024;  // a link
 inline constexpr unsigned Compressed = 2048;
 }  // namespace Attribute
 
@@ -45,8 +48,8 @@ struct Member {
   bool IsLink = false;
 };
 
-/// What an item is, its links followed.
-enum class ItemKind { File, Folder, DanglingLink, Pipe, Socket, CharacterDevice, BlockDevice };
+/// What an item is.
+enum class ItemKind { File, Folder, Link, Pipe, Socket, CharacterDevice, BlockDevice };
 
 /// What one look-up of a file or folder tells beside its name.
 struct ItemDetails {
@@ -102,7 +105,13 @@ class FileSystemObject {
  public:
   virtual ~FileSystemObject() = default;
 
-  /// True for anything that is there and is not a folder.
+  /// The same file system for a run in the folders that the user chose, which may be links or lie behind
+  /// them. Below these roots no link is followed, also not one that takes a folder's place while the run
+  /// goes on, so nothing is reached that lies elsewhere. Holds a handle of each.
+  virtual std::unique_ptr<FileSystemObject> Within(const std::vector<std::string>& roots) const = 0;
+
+  /// True for anything that is there and is not a folder. A link counts as what it leads to, unless it lies
+  /// below a root.
   virtual bool FileExists(const std::string& path) const = 0;
   virtual bool FolderExists(const std::string& path) const = 0;
 
@@ -111,7 +120,7 @@ class FileSystemObject {
   /// Raises PathNotFound where there is no folder. `tick` is called while the members are read.
   virtual std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick = {}) const = 0;
   virtual FolderIdentity Identity(const std::string& folder) const = 0;
-  /// True where `folder` is `ancestor` or lies below it, whatever links lead there. Both must exist.
+  /// True where `folder` is `ancestor` or lies below it, whatever links lead to them. Both must exist.
   virtual bool LiesWithin(const std::string& folder, const std::string& ancestor) const = 0;
 
   /// The path of the drive (volume) that holds `path`: "C:" on Windows, the mount point on POSIX.
@@ -124,24 +133,26 @@ class FileSystemObject {
   /// The same for an item already looked up. Asks nobody, so it is right for very many.
   virtual std::string Type(std::string_view name, ItemKind kind) const = 0;
 
-  /// Copies one regular file's content, modification time and mode. The target is replaced in one step, once
-  /// the new content is complete on disk beside it, so it is wholly old or wholly new at every moment; where
-  /// it is a link, what the link leads to is replaced. Raises FileAlreadyExists (no overwrite),
-  /// PermissionDenied (a read-only target, also for an administrator; a folder; the source itself),
-  /// PathFileAccess (a source or target that is no regular file, or a dangling link), DiskFull, ...
+  /// Copies one regular file, or a link as the link it is, with its modification time. A new file takes its
+  /// mode, access list and user attributes from its source and lets in nobody whom the source does not. A
+  /// file that is there gets the content and modification time; all else stays its own, as in
+  /// TextReader::Rewrite. A link that is there is replaced, not followed. At every moment the target is
+  /// wholly old or wholly new. Throws FileAlreadyExists (no overwrite), PermissionDenied (a read-only target,
+  /// even for an administrator; a folder; the source itself), PathFileAccess (what is neither file nor link;
+  /// a source that keeps changing while it is copied), DiskFull, ...
   virtual void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                         const Tick& tick = {}) = 0;
-  /// Renames a file and never overwrites: raises FileAlreadyExists. Across volumes it is copied, then
-  /// removed.
-  virtual void MoveFile(const std::string& source, const std::string& target) = 0;
+  /// Copies the content that `source` leads to, which may be a link, into a file of its own: one that has
+  /// the target's name already is replaced by a rename, never written into, so what shares its content with
+  /// others leaves them alone. Throws as CopyFile does, and PathFileAccess where the target is a link.
+  virtual void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick = {}) = 0;
   /// Raises FileAlreadyExists, PathNotFound (no parent folder), ...
   virtual void CreateFolder(const std::string& path) = 0;
 
-  /// Copies a folder and everything below it, into `target` itself; an existing target is merged with. Links
-  /// that lead nowhere, or back into the chain of folders being copied, are made again as links. Raises
-  /// FileAlreadyExists where `target` is a file, PathFileAccess for a folder that would be copied into
-  /// itself. What cannot be copied is left out and the rest copied, then the first error raised; a full disk
-  /// ends it at once.
+  /// Copies a folder and everything below it, into `target` itself; an existing target is merged with.
+  /// Throws FileAlreadyExists where `target` is a file or a link, PathFileAccess for a folder that would be
+  /// copied into itself. What cannot be copied is left out and the rest copied, then the first error thrown;
+  /// a full disk ends it at once.
   void CopyFolder(const std::string& source, const std::string& target, bool overwrite,
                   const Tick& tick = {});
 
@@ -153,15 +164,9 @@ class FileSystemObject {
 
   /// Gives a folder the mode and modification time of another.
   virtual void CopyFolderProperties(const std::string& source, const std::string& target) = 0;
-  /// Makes the link `target` that leads where the text of the link `source` says; an existing target is left.
-  virtual void CopyLink(const std::string& source, const std::string& target) = 0;
 };
 
 /// The file system of this machine.
 std::unique_ptr<FileSystemObject> CreateFileSystemObject();
-
-/// True where the link at `path` leads to `root` or to a folder between the two: entering it would never end.
-/// `root` must be a leading part of `path`.
-bool LeadsBack(const FileSystemObject& files, const std::string& root, const std::string& path);
 
 }  // namespace brackwell

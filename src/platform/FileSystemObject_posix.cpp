@@ -26,10 +26,10 @@ using posix::Raise;
 
 class FileWriter final : public TextWriter {
  public:
-  FileWriter(const std::string& path, bool overwrite)
-      : mPath(path),
+  FileWriter(const Location& location, bool overwrite)
+      : mPath(location.Path()),
         mOverwrite(overwrite),
-        mFile(posix::OpenParent(path), std::string(FileName(path)), path) {}
+        mFile(posix::OpenParent(location), std::string(FileName(mPath)), mPath) {}
 
   void Write(std::string_view bytes) override { posix::WriteAll(mFile.File(), bytes, mPath); }
 
@@ -58,37 +58,38 @@ std::string TextOf(char* text) {
 
 class PosixFileSystem final : public FileSystemObject {
  public:
-  bool FileExists(const std::string& path) const override {
-    const auto status = Find(path);
-    return status && !status->IsFolder;
+  explicit PosixFileSystem(const std::vector<std::string>& roots = {}) : mRoots(roots) {}
+
+  std::unique_ptr<FileSystemObject> Within(const std::vector<std::string>& roots) const override {
+    return std::make_unique<PosixFileSystem>(roots);
   }
 
-  bool FolderExists(const std::string& path) const override {
-    const auto status = Find(path);
-    return status && status->IsFolder;
-  }
+  bool FileExists(const std::string& path) const override { return IsFolder(path) == false; }
+
+  bool FolderExists(const std::string& path) const override { return IsFolder(path) == true; }
 
   ItemProperties GetFile(const std::string& path) const override {
-    const Location location(path);
+    const Location location(path, mRoots);
     ItemProperties file = posix::PropertiesAt(location.Folder(), location.Name(), path);
     if (file.Attributes & Attribute::Directory) throw FileSystemError(FileError::FileNotFound, path);
     return file;
   }
 
   std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick) const override {
-    return posix::OpenListing(path, tick);
+    return posix::OpenListing(Location(path, mRoots), tick);
   }
 
   FolderIdentity Identity(const std::string& folder) const override {
-    const Location location(folder);
+    const Location location(folder, mRoots);
     struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) Raise(errno, folder);
+    if (fstatat(location.Folder(), location.Name(), &status, location.LookUpFlags()) != 0)
+      Raise(errno, folder);
     return {status.st_dev, status.st_ino};
   }
 
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
     const FolderIdentity wanted = Identity(ancestor);
-    Handle at = posix::OpenFolder(folder);
+    Handle at = posix::OpenFolder(Location(folder, mRoots));
     for (FolderIdentity last{};;) {
       struct stat status {};
       if (fstat(at.Get(), &status) != 0) Raise(errno, folder);
@@ -125,9 +126,10 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
   std::string Type(const std::string& path) const override {
-    const Location location(path);
+    const Location location(path, mRoots);
     struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, 0) != 0) status.st_mode = S_IFLNK;
+    if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+      Raise(errno, path, FileError::FileNotFound);
     return Type(FileName(path), posix::KindOf(status.st_mode));
   }
 
@@ -137,76 +139,63 @@ class PosixFileSystem final : public FileSystemObject {
 
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                 const Tick& tick) override {
-    posix::CopyOneFile(source, target, overwrite, tick);
+    posix::CopyOneFile(Location(source, mRoots), Location(target, mRoots), overwrite, tick);
   }
 
-  void MoveFile(const std::string& source, const std::string& target) override {
-    if (!FileExists(source)) throw FileSystemError(FileError::FileNotFound, source);
-    const Location from(source);
-    const Location to(target);
-    int error = posix::RenameWithoutReplacing(from.Folder(), from.Name(), to.Folder(), to.Name());
-    if (error == 0) return;
-    if (error != EXDEV) Raise(error, target);
-    CopyFile(source, target, false, {});
-    if (unlinkat(from.Folder(), from.Name(), 0) == 0) return;
-    error = errno;
-    unlinkat(to.Folder(), to.Name(), 0);  // a file that stays is not moved
-    Raise(error, source);
+  void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick) override {
+    posix::CopyAsNewFile(Location(source, mRoots), Location(target, mRoots), tick);
   }
 
   void CreateFolder(const std::string& path) override {
     const std::string name(WithoutSeparator(path));
-    const Location location(name);
+    const Location location(name, mRoots);
     if (mkdirat(location.Folder(), location.Name(), 0777) != 0) Raise(errno, path);
   }
 
   void CopyFolderProperties(const std::string& source, const std::string& target) override {
-    const Location from(source);
-    const Location to(target);
+    const Location from(source, mRoots);
     struct stat status {};
-    if (fstatat(from.Folder(), from.Name(), &status, 0) != 0) Raise(errno, source);
+    if (fstatat(from.Folder(), from.Name(), &status, from.LookUpFlags()) != 0) Raise(errno, source);
+    const Handle folder = posix::OpenFolder(Location(target, mRoots));
     const timespec times[] = {status.st_atim, status.st_mtim};
     // Kept where the file system can keep them; the copy itself is done.
-    static_cast<void>(utimensat(to.Folder(), to.Name(), times, 0) == 0);
-    static_cast<void>(fchmodat(to.Folder(), to.Name(), status.st_mode & 0777, 0) == 0);
-  }
-
-  void CopyLink(const std::string& source, const std::string& target) override {
-    const Location from(source);
-    char text[PATH_MAX];
-    const auto length = readlinkat(from.Folder(), from.Name(), text, sizeof text - 1);
-    if (length < 0) Raise(errno, source, FileError::FileNotFound);
-    text[length] = '\0';
-    const Location to(target);
-    if (symlinkat(text, to.Folder(), to.Name()) != 0 && errno != EEXIST) Raise(errno, target);
+    static_cast<void>(utimensat(folder.Get(), ".", times, 0) == 0);
+    static_cast<void>(fchmodat(folder.Get(), ".", status.st_mode & 0777, 0) == 0);
   }
 
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
-    return posix::OpenText(path);
+    return posix::OpenText(Location(path, mRoots));
   }
 
   std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {
-    const Location location(path);
+    const Location location(path, mRoots);
     struct stat status {};
     if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
       if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
       if (S_ISDIR(status.st_mode)) throw FileSystemError(FileError::PermissionDenied, path);
-      if (!S_ISLNK(status.st_mode)) posix::CheckReplaceable(status, path);
+      if (!S_ISLNK(status.st_mode)) posix::CheckReplaceable(status, location.Folder(), location.Name(), path);
     }
-    return std::make_unique<FileWriter>(path, overwrite);
+    return std::make_unique<FileWriter>(location, overwrite);
   }
 
  private:
-  static std::optional<FileStatus> Find(const std::string& path) {
-    const Location location(path);
-    return posix::FindAt(location.Folder(), location.Name());
+  /// Nothing where there is no item or none can be seen.
+  std::optional<bool> IsFolder(const std::string& path) const try {
+    const Location location(path, mRoots);
+    struct stat status {};
+    if (fstatat(location.Folder(), location.Name(), &status, location.LookUpFlags()) != 0 &&
+        fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+      return std::nullopt;
+    return S_ISDIR(status.st_mode);
+  } catch (const FileSystemError&) {
+    return std::nullopt;
   }
 
   static std::string ContentType(std::string_view name, ItemKind kind) {
     switch (kind) {
       case ItemKind::Folder:
         return "inode/directory";
-      case ItemKind::DanglingLink:
+      case ItemKind::Link:
         return "inode/symlink";
       case ItemKind::Pipe:
         return "inode/fifo";
@@ -221,6 +210,8 @@ class PosixFileSystem final : public FileSystemObject {
     }
     return TextOf(g_content_type_guess(std::string(name).c_str(), nullptr, 0, nullptr));
   }
+
+  const posix::Roots mRoots;
 };
 
 }  // namespace

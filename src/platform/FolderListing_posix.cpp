@@ -34,30 +34,21 @@ bool IsLink(const std::string& path) {
          S_ISLNK(status.st_mode);
 }
 
-/// Whether a look-up says that there can be nothing, rather than that it may not tell.
-bool IsNowhere(int code) {
-  return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
-}
-
 /// Reads what is to be known of `name` in the open folder; `shownName` is the name that it goes by. Gives an
 /// errno, or 0.
 int DetailsAt(int folder, const char* name, std::string_view shownName, ItemDetails& details) {
-  struct statx own {};
-  if (statx(folder, name, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &own) != 0)
+  struct statx status {};
+  if (statx(folder, name, AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &status) != 0)
     return IsNowhere(errno) ? ENOENT : errno;
-  const bool isLink = S_ISLNK(own.stx_mode);
-  struct statx target;
-  if (!isLink || statx(folder, name, 0, STATX_BASIC_STATS | STATX_BTIME, &target) != 0) target = own;
-
-  details.Kind = KindOf(target.stx_mode);
-  details.DateCreated = DateOf(target.stx_btime);
-  details.DateLastAccessed = DateOf(target.stx_atime);
-  details.DateLastModified = DateOf(target.stx_mtime);
+  details.Kind = KindOf(status.stx_mode);
+  details.DateCreated = DateOf(status.stx_btime);
+  details.DateLastAccessed = DateOf(status.stx_atime);
+  details.DateLastModified = DateOf(status.stx_mtime);
   details.Attributes = (details.Kind == ItemKind::Folder ? Attribute::Directory : 0) |
-                       (isLink ? Attribute::Alias : 0) |
-                       ((target.stx_mode & 0222) == 0 ? Attribute::ReadOnly : 0) |
+                       (details.Kind == ItemKind::Link ? Attribute::Alias : 0) |
+                       ((status.stx_mode & 0222) == 0 ? Attribute::ReadOnly : 0) |
                        (shownName.starts_with('.') ? Attribute::Hidden : 0);
-  if (details.Kind != ItemKind::Folder) details.Size = target.stx_size;
+  if (details.Kind != ItemKind::Folder) details.Size = status.stx_size;
   return 0;
 }
 
@@ -178,9 +169,7 @@ class Listing final : public Folder {
       if (fstatat(mHandle.Get(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;  // gone again
       type = IFTODT(status.st_mode);
     }
-    const bool isLink = type == DT_LNK;
-    const auto status = isLink ? FindAt(mHandle.Get(), entry.d_name) : std::nullopt;
-    mMembers.Gather(entry.d_name, isLink ? status && status->IsFolder : type == DT_DIR, isLink);
+    mMembers.Gather(entry.d_name, type == DT_DIR, type == DT_LNK);
   }
 
   const std::string mPath;
@@ -193,20 +182,19 @@ class Listing final : public Folder {
 
 }  // namespace
 
-std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick) {
-  const Location location(path);
-  Handle handle(openat(location.Folder(), location.Name(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+std::unique_ptr<Folder> OpenListing(const Location& location, const Tick& tick) {
+  Handle handle(openat(location.Folder(), location.Name(),
+                       O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | location.OpenFlags()));
   const bool readable = handle.IsOpen() || errno != EACCES;
-  if (!readable) handle = OpenFolder(path);
-  if (!handle.IsOpen()) Raise(errno, path);
-  return std::make_unique<Listing>(path, std::move(handle), readable, tick);
+  if (!readable) handle = OpenFolder(location);
+  if (!handle.IsOpen()) Raise(errno, location.Path());
+  return std::make_unique<Listing>(location.Path(), std::move(handle), readable, tick);
 }
 
 std::optional<FileStatus> FindAt(int folder, const char* name) {
   struct stat status {};
-  if (fstatat(folder, name, &status, 0) == 0) return StatusOf(status);
-  if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0) return StatusOf(status);  // leads nowhere
-  return std::nullopt;
+  if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  return StatusOf(status);
 }
 
 ItemProperties PropertiesAt(int folder, const char* name, const std::string& path) {
@@ -221,7 +209,7 @@ ItemProperties PropertiesAt(int folder, const char* name, const std::string& pat
 
 ItemKind KindOf(mode_t mode) {
   if (S_ISDIR(mode)) return ItemKind::Folder;
-  if (S_ISLNK(mode)) return ItemKind::DanglingLink;
+  if (S_ISLNK(mode)) return ItemKind::Link;
   if (S_ISFIFO(mode)) return ItemKind::Pipe;
   if (S_ISSOCK(mode)) return ItemKind::Socket;
   if (S_ISCHR(mode)) return ItemKind::CharacterDevice;

@@ -7,11 +7,12 @@
 #include <string>
 
 #include "platform/FileSystemObject.h"
+#include "platform/Posix.h"
 
 namespace brackwell::posix {
 
 /// Raises PathNotFound where there is no folder.
-std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick);
+std::unique_ptr<Folder> OpenListing(const Location& location, const Tick& tick);
 
 /// Looks `name` up in the open folder `folder`; nothing where there is none or none can be seen.
 std::optional<FileStatus> FindAt(int folder, const char* name);

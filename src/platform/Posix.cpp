@@ -1,8 +1,11 @@
 #include "platform/Posix.h"
 
 #include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -13,12 +16,29 @@
 namespace brackwell::posix {
 namespace {
 
-std::string ResolveLink(const Location& location, const std::string& path) {
-  char text[PATH_MAX];
-  const auto length = readlinkat(location.Folder(), location.Name(), text, sizeof text);
-  if (length < 0) Raise(errno, path);
-  const std::string_view leadsTo(text, static_cast<std::size_t>(length));
-  return leadsTo.starts_with('/') ? std::string(leadsTo) : JoinPath(ParentPath(path), leadsTo);
+/// One folder after the other, where the kernel cannot do it at once.
+Handle OpenStepByStep(int folder, std::string_view path) {
+  Handle at;
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find('/'), path.size());
+    const std::string name(path.substr(0, end));
+    Handle next(
+        openat(at.IsOpen() ? at.Get() : folder, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!next.IsOpen()) return next;
+    at = std::move(next);
+    path.remove_prefix(std::min(path.find_first_not_of('/', end), path.size()));
+  }
+  return at;
+}
+
+/// No link in `path` is followed.
+Handle OpenBelow(int folder, const std::string& path) {
+  open_how how{};
+  how.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+  how.resolve = RESOLVE_NO_SYMLINKS;
+  Handle opened(static_cast<int>(syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
+  if (opened.IsOpen() || (errno != ENOSYS && errno != EPERM)) return opened;
+  return OpenStepByStep(folder, path);
 }
 
 }  // namespace
@@ -33,24 +53,83 @@ bool Handle::Close() {
   return descriptor < 0 || close(descriptor) == 0;
 }
 
-Location::Location(const std::string& path) : mBase(AT_FDCWD), mName(path.c_str()) {
-  std::size_t at = 0;
-  while (path.size() - at >= PATH_MAX) {
-    const std::size_t cut = path.rfind('/', at + PATH_MAX - 2);
-    if (cut == std::string::npos || cut <= at) break;
-    Handle next(openat(Folder(), path.substr(at, cut - at).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!next.IsOpen()) {
-      mName = "";
-      return;
-    }
-    mHolder = std::move(next);
-    at = path.find_first_not_of('/', cut);
-    if (at == std::string::npos) {
-      mName = ".";
-      return;
-    }
-    mName = path.c_str() + at;
+Roots::Roots(std::vector<std::string> paths) {
+  for (std::string& path : paths) {
+    path = WithoutSeparator(path);
+    if (path.empty()) continue;
+    // One that cannot be opened is still a root: what lies below it is nowhere.
+    Handle folder(openat(Location(path).Folder(), Location(path).Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    mRoots.push_back({std::move(path), std::move(folder)});
   }
+}
+
+Roots::Start Roots::Find(std::string_view path) const {
+  Start start{.Folder = AT_FDCWD, .Offset = 0, .IsConfined = false};
+  std::size_t longest = 0;
+  for (const Root& root : mRoots) {
+    if (root.Path.size() < longest || !path.starts_with(root.Path)) continue;
+    const std::size_t rest = std::min(path.find_first_not_of('/', root.Path.size()), path.size());
+    const bool isBelow = rest > root.Path.size() || root.Path.ends_with('/');
+    if (rest < path.size() && !isBelow) continue;  // the root's name is only how another one begins
+    longest = root.Path.size();
+    start = {.Folder = root.Folder.Get(), .Offset = rest, .IsConfined = rest < path.size()};
+  }
+  return start;
+}
+
+Location::Location(const std::string& path, const Roots& roots)
+    : mPath(path), mBase(AT_FDCWD), mName(path.c_str()) {
+  const Roots::Start start = roots.Find(path);
+  mIsConfined = start.IsConfined;
+  if (mIsConfined) mBase = start.Folder;
+  const std::size_t begin = mIsConfined ? start.Offset : 0;
+  const bool leadsSomewhere = (!mIsConfined || mBase >= 0) && Approach(begin);
+  if (!leadsSomewhere) mName = "";
+}
+
+/// Opens the folders on the way, from `at` in the path on; false where they lead nowhere.
+bool Location::Approach(std::size_t at) {
+  const std::size_t begin = at;
+  const std::size_t nameAt = mIsConfined ? BeginOfName() : 0;
+  while (at < nameAt || mPath.size() - at >= PATH_MAX) {
+    const std::size_t end = mIsConfined ? nameAt : mPath.size();
+    const std::size_t cut = mPath.rfind('/', std::min(end - 1, at + PATH_MAX - 2));
+    if (cut == std::string::npos || cut <= at) return false;
+    Handle next = Open(mPath.substr(at, cut - at));
+    if (!next.IsOpen() && IsNowhere(errno)) return false;
+    if (!next.IsOpen()) Raise(errno, mPath);
+    mHolder = std::move(next);
+    at = std::min(mPath.find_first_not_of('/', cut), mPath.size());
+  }
+  if (!mCutName.empty())
+    mName = mCutName.c_str();
+  else if (mIsConfined || at > begin)
+    mName = at < mPath.size() ? mPath.c_str() + at : ".";
+  return true;
+}
+
+/// Also cuts separators off its end, which would make the system follow a link.
+std::size_t Location::BeginOfName() {
+  const std::size_t end = mPath.find_last_not_of('/') + 1;
+  const std::size_t begin = mPath.rfind('/', end - 1) + 1;
+  if (end < mPath.size()) mCutName = mPath.substr(begin, end - begin);
+  return begin;
+}
+
+Handle Location::Open(const std::string& folders) const {
+  if (mIsConfined) return OpenBelow(Folder(), folders);
+  return Handle(openat(Folder(), folders.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+}
+
+Handle Location::TakeParent() {
+  if (!mIsConfined) return OpenParent(*this);
+  Handle parent = mHolder.IsOpen() ? std::move(mHolder) : Handle(fcntl(mBase, F_DUPFD_CLOEXEC, 0));
+  if (!parent.IsOpen()) Raise(errno, mPath);
+  return parent;
+}
+
+bool IsNowhere(int code) {
+  return code == ENOENT || code == ENOTDIR || code == ELOOP || code == ENAMETOOLONG;
 }
 
 FileError ErrorOf(int code, FileError missing) {
@@ -92,11 +171,10 @@ void Raise(int code, const std::string& path, FileError missing) {
   throw FileSystemError(ErrorOf(code, missing), path);
 }
 
-void CheckReplaceable(const struct stat& existing, const std::string& path) {
+void CheckReplaceable(const struct stat& existing, int folder, const char* name, const std::string& path) {
   if (!S_ISREG(existing.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
   if ((existing.st_mode & 0222) == 0) throw FileSystemError(FileError::PermissionDenied, path);
-  const Location location(path);
-  if (faccessat(location.Folder(), location.Name(), W_OK, AT_EACCESS) != 0) Raise(errno, path);
+  if (faccessat(folder, name, W_OK, AT_EACCESS) != 0) Raise(errno, path);
 }
 
 int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to) {
@@ -110,33 +188,22 @@ int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const
   return error;
 }
 
-Handle OpenFolder(const std::string& path) {
-  const Location location(path);
-  Handle folder(openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  if (!folder.IsOpen()) Raise(errno, path);
+Handle OpenFolder(const std::string& path) { return OpenFolder(Location(path)); }
+
+Handle OpenFolder(const Location& location) {
+  Handle folder(
+      openat(location.Folder(), location.Name(), O_PATH | O_DIRECTORY | O_CLOEXEC | location.OpenFlags()));
+  if (!folder.IsOpen()) Raise(errno, location.Path());
   return folder;
 }
 
-Handle OpenParent(const std::string& path) {
-  const std::string_view folder = ParentPath(path);
-  return OpenFolder(folder.empty() ? "." : std::string(folder));
-}
-
-Target FindTarget(const std::string& path) {
-  constexpr int MostLinks = 40;  // in one chain, as for the system itself
-  std::string at = path;
-  for (int links = 0; links <= MostLinks; ++links) {
-    const Location location(at);
-    struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-      if (links > 0 && ErrorOf(errno) == FileError::PathNotFound) break;
-      if (errno != ENOENT) Raise(errno, path);
-      return {at, std::nullopt};
-    }
-    if (!S_ISLNK(status.st_mode)) return {at, status};
-    at = ResolveLink(location, at);
-  }
-  throw FileSystemError(FileError::PathFileAccess, path);
+Handle OpenParent(const Location& location) {
+  const std::string_view path = location.Name();
+  const std::size_t end = path.find_last_of('/');
+  const std::string folder = end == std::string_view::npos ? "." : std::string(path.substr(0, end + 1));
+  Handle parent(openat(location.Folder(), folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!parent.IsOpen()) Raise(errno, location.Path());
+  return parent;
 }
 
 void WriteAll(const Handle& file, std::string_view bytes, const std::string& path) {

@@ -8,22 +8,23 @@
 #include <utility>
 
 #include "platform/FileRewrite_posix.h"
+#include "platform/Paths.h"
 #include "platform/Posix.h"
 
 namespace brackwell::posix {
 namespace {
 
-Handle OpenToRead(const Location& location, const std::string& path) {
-  Handle file(openat(location.Folder(), location.Name(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+Handle OpenToRead(int folder, const char* name, int flags, const std::string& path) {
+  Handle file(openat(folder, name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | flags));
   if (!file.IsOpen()) Raise(errno, path, FileError::FileNotFound);
   return file;
 }
 
 class FileReader final : public TextReader {
  public:
-  /// A file that is not open yet will be when it is needed.
-  FileReader(Handle file, const struct stat& opened, std::string path)
-      : mFile(std::move(file)), mOpened(opened), mPath(std::move(path)) {}
+  /// A file that is not open yet will be when it is needed. `folder` holds it.
+  FileReader(Handle file, const struct stat& opened, Handle folder, std::string path)
+      : mFile(std::move(file)), mOpened(opened), mFolder(std::move(folder)), mPath(std::move(path)) {}
 
   std::uint64_t Size() const override { return static_cast<std::uint64_t>(mOpened.st_size); }
 
@@ -59,14 +60,15 @@ class FileReader final : public TextReader {
 
   std::unique_ptr<TextWriter> Rewrite(Tick tick) override {
     Open();
-    return RewriteFile(mFile, mOpened, mPath, std::move(tick));
+    return RewriteFile(mFile, mOpened, mFolder, mPath, std::move(tick));
   }
 
  private:
   static constexpr std::size_t Step = 1 << 20;
 
   void Open() {
-    if (!mFile.IsOpen()) mFile = OpenToRead(Location(mPath), mPath);
+    if (!mFile.IsOpen())
+      mFile = OpenToRead(mFolder.Get(), std::string(FileName(mPath)).c_str(), O_NOFOLLOW, mPath);
   }
   bool TellsNoSize() const { return Size() == 0; }
   std::uint64_t Left() const { return Size() - mAt; }
@@ -81,6 +83,7 @@ class FileReader final : public TextReader {
 
   Handle mFile;
   const struct stat mOpened;
+  const Handle mFolder;
   const std::string mPath;
   std::uint64_t mAt = 0;
 };
@@ -89,14 +92,16 @@ class FileReader final : public TextReader {
 
 /// Looked at before it is opened, since opening a pipe or device can hang or do something; the one look-up
 /// tells the size as well. An empty file waits until somebody wants to read it nevertheless.
-std::unique_ptr<TextReader> OpenText(const std::string& path) {
-  const Location location(path);
+std::unique_ptr<TextReader> OpenText(Location&& location) {
+  const std::string& path = location.Path();
   struct stat status {};
-  if (fstatat(location.Folder(), location.Name(), &status, 0) != 0)
+  if (fstatat(location.Folder(), location.Name(), &status, location.LookUpFlags()) != 0)
     Raise(errno, path, FileError::FileNotFound);
   if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
-  Handle file = status.st_size > 0 ? OpenToRead(location, path) : Handle();
-  return std::make_unique<FileReader>(std::move(file), status, path);
+  Handle file = status.st_size > 0
+                    ? OpenToRead(location.Folder(), location.Name(), location.OpenFlags(), path)
+                    : Handle();
+  return std::make_unique<FileReader>(std::move(file), status, location.TakeParent(), path);
 }
 
 }  // namespace brackwell::posix

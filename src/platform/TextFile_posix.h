@@ -1,13 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
+#include "platform/Posix.h"
 #include "platform/TextFile.h"
 
 namespace brackwell::posix {
 
 /// FileSystemObject::OpenTextFile for POSIX.
-std::unique_ptr<TextReader> OpenText(const std::string& path);
+std::unique_ptr<TextReader> OpenText(Location&& location);
 
 }  // namespace brackwell::posix

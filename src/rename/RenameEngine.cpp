@@ -50,21 +50,16 @@ void CreateOrUse(FileSystemObject& files, const std::string& folder) {
   }
 }
 
-/// A copy would replace what the link leads to, which may be one of the originals.
-bool IsLink(const Folder& folder, const std::string& name) {
-  return folder.Find(name) && (folder.FileDetails(name).Attributes & Attribute::Alias) != 0;
-}
-
+/// The folder for the copies may be a link, which is not gone through: it may lead back to the originals.
 bool CopyAll(FileSystemObject& files, const RenamePlan& plan, Progress& progress) {
-  const FolderIdentity originals = files.Identity(plan.Folder);
+  const auto inside = files.Within({plan.Folder});
   const std::string target = JoinPath(plan.Folder, RenamedFilesFolder);
-  CreateOrUse(files, target);
-  if (files.Identity(target) == originals) return true;  // a link back: copies would replace originals
-  const auto copies = files.GetFolder(target);
+  CreateOrUse(*inside, target);
+  if (!inside->FolderExists(target)) return true;
   return ForEachChecked(plan, "Copying ", progress, [&](const std::string& name, const std::string& newName) {
-    if (!IsFileName(newName) || IsLink(*copies, newName)) return;
-    files.CopyFile(JoinPath(plan.Folder, name), JoinPath(target, newName), true,
-                   [&] { progress.DoEvents(); });
+    if (!IsFileName(newName)) return;
+    inside->CopyAsNewFile(JoinPath(plan.Folder, name), JoinPath(target, newName),
+                          [&] { progress.DoEvents(); });
   });
 }
 

@@ -34,14 +34,14 @@ bool NameIsExcluded(std::string_view name, const std::vector<std::string>& list)
 
 ReplaceEngine::ReplaceEngine(FileSystemObject& files, ReplaceOptions options, Progress& progress,
                              ReplaceRows& rows, ReplaceProblemSink problem)
-    : mFiles(files),
-      mOptions(std::move(options)),
+    : mOptions(std::move(options)),
+      mFiles(files.Within({mOptions.Folder})),
       mProgress(progress),
       mRows(rows),
       mProblem(std::move(problem)),
       mTick([this] { DoEvents(); }),
       mCounter(mOptions.ReplaceMode ? nullptr
-                                    : std::make_unique<FileCounter>(mFiles, mOptions.Find, mRows, mTick)),
+                                    : std::make_unique<FileCounter>(*mFiles, mOptions.Find, mRows, mTick)),
       mReplacer(mOptions.ReplaceMode ? std::make_unique<FileReplacer>(mOptions.Find, mOptions.Replace,
                                                                       [this] { mProgress.DoEvents(); })
                                      : nullptr) {}
@@ -51,11 +51,11 @@ ReplaceEngine::~ReplaceEngine() = default;
 bool ReplaceEngine::ScanFolder() {
   try {
     // Not on the program's stack: trees may be deeper than that.
-    std::vector<SubFolder> pending{{mOptions.Folder, false}};
+    std::vector<std::string> pending{mOptions.Folder};
     while (!pending.empty()) {
-      const SubFolder next = std::move(pending.back());
+      const std::string next = std::move(pending.back());
       pending.pop_back();
-      if (!next.IsLink || !LeadsBack(mFiles, mOptions.Folder, next.Path)) ListFolder(next.Path, pending);
+      ListFolder(next, pending);
       DoEvents();
     }
     return true;
@@ -65,8 +65,8 @@ bool ReplaceEngine::ScanFolder() {
 }
 
 /// Its files before its subfolders, and those before whatever else is pending.
-void ReplaceEngine::ListFolder(const std::string& path, std::vector<SubFolder>& pending) {
-  const auto folder = mFiles.GetFolder(path, mTick);
+void ReplaceEngine::ListFolder(const std::string& path, std::vector<std::string>& pending) {
+  const auto folder = mFiles->GetFolder(path, mTick);
   Tell("Scanning - ", path);
   try {
     ListFiles(*folder);
@@ -77,12 +77,12 @@ void ReplaceEngine::ListFolder(const std::string& path, std::vector<SubFolder>& 
   const std::vector<Member>& subFolders = folder->SubFolders();
   for (auto member = subFolders.rbegin(); member != subFolders.rend(); ++member)
     if (!NameIsExcluded(member->Name, mOptions.ExclusionList))
-      pending.push_back({JoinPath(path, member->Name), member->IsLink});
+      pending.push_back(JoinPath(path, member->Name));
 }
 
 void ReplaceEngine::ListFiles(Folder& folder) {
   for (const Member& file : folder.Files()) {
-    if (ExtensionInList(GetFileExtension(file.Name), mOptions.ExtensionList) &&
+    if (!file.IsLink && ExtensionInList(GetFileExtension(file.Name), mOptions.ExtensionList) &&
         !NameIsExcluded(file.Name, mOptions.ExclusionList))
       mRows.push_back({JoinPath(folder.Path(), file.Name), {}});
     if (mCounter) mCounter->LookAhead();
@@ -112,7 +112,7 @@ bool ReplaceEngine::ProcessFiles() try {
 void ReplaceEngine::Find(ReplaceRow& row) { SetResult(row, ReplaceResult::Kind::Found, mCounter->Next()); }
 
 void ReplaceEngine::Replace(ReplaceRow& row) {
-  auto file = OpenUnlessEmpty(mFiles, row.Path);
+  auto file = OpenUnlessEmpty(*mFiles, row.Path);
   SetResult(row, ReplaceResult::Kind::Replaced,
             file ? std::optional(mReplacer->CountMatches(*file)) : std::nullopt);
   if (row.Result.Count == 0) return;

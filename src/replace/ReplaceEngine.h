@@ -76,11 +76,7 @@ class ReplaceEngine {
   std::int32_t Total() const { return mTotal; }
 
  private:
-  struct SubFolder {
-    std::string Path;
-    bool IsLink;
-  };
-  void ListFolder(const std::string& path, std::vector<SubFolder>& pending);
+  void ListFolder(const std::string& path, std::vector<std::string>& pending);
   void ListFiles(Folder& folder);
   void Find(ReplaceRow& row);
   void Replace(ReplaceRow& row);
@@ -89,8 +85,8 @@ class ReplaceEngine {
   void Tell(std::string_view what, std::string_view path);
   void DoEvents() const;
 
-  FileSystemObject& mFiles;
   const ReplaceOptions mOptions;
+  const std::unique_ptr<FileSystemObject> mFiles;
   Progress& mProgress;
   ReplaceRows& mRows;
   const ReplaceProblemSink mProblem;

@@ -90,7 +90,15 @@ class FailingReader final : public TextReader {
 
 FailingFileSystem::FailingFileSystem(int failAt, FileError error) : mFailAt(failAt), mError(error) {}
 
+FailingFileSystem::FailingFileSystem(const FailingFileSystem& whole, std::unique_ptr<FileSystemObject> real)
+    : mWhole(&whole), mReal(std::move(real)), mFailAt(0), mError(whole.mError) {}
+
+std::unique_ptr<FileSystemObject> FailingFileSystem::Within(const std::vector<std::string>& roots) const {
+  return std::unique_ptr<FileSystemObject>(new FailingFileSystem(*this, mReal->Within(roots)));
+}
+
 void FailingFileSystem::Count(const std::string& path) const {
+  if (mWhole) return mWhole->Count(path);
   ++mCalls;
   if (OnCall) OnCall();
   if (mFailAt > 0 && mCalls >= mFailAt) throw FileSystemError(mError, path);
@@ -140,9 +148,10 @@ void FailingFileSystem::CopyFile(const std::string& source, const std::string& t
   mReal->CopyFile(source, target, overwrite, Counting(target, tick));
 }
 
-void FailingFileSystem::MoveFile(const std::string& source, const std::string& target) {
+void FailingFileSystem::CopyAsNewFile(const std::string& source, const std::string& target,
+                                      const Tick& tick) {
   Count(target);
-  mReal->MoveFile(source, target);
+  mReal->CopyAsNewFile(source, target, Counting(target, tick));
 }
 
 void FailingFileSystem::CreateFolder(const std::string& path) {
@@ -153,11 +162,6 @@ void FailingFileSystem::CreateFolder(const std::string& path) {
 void FailingFileSystem::CopyFolderProperties(const std::string& source, const std::string& target) {
   Count(target);
   mReal->CopyFolderProperties(source, target);
-}
-
-void FailingFileSystem::CopyLink(const std::string& source, const std::string& target) {
-  Count(target);
-  mReal->CopyLink(source, target);
 }
 
 std::unique_ptr<TextReader> FailingFileSystem::OpenTextFile(const std::string& path) const {

@@ -20,6 +20,8 @@ class FailingFileSystem final : public FileSystemObject {
   /// that has several threads calls it on all of them at once.
   std::function<void()> OnCall;
 
+  /// Counts, waits and fails as part of this one.
+  std::unique_ptr<FileSystemObject> Within(const std::vector<std::string>& roots) const override;
   bool FileExists(const std::string& path) const override;
   bool FolderExists(const std::string& path) const override;
   ItemProperties GetFile(const std::string& path) const override;
@@ -33,19 +35,20 @@ class FailingFileSystem final : public FileSystemObject {
   std::string Type(std::string_view name, ItemKind kind) const override;
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                 const Tick& tick = {}) override;
-  void MoveFile(const std::string& source, const std::string& target) override;
+  void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick = {}) override;
   void CreateFolder(const std::string& path) override;
   void CopyFolderProperties(const std::string& source, const std::string& target) override;
-  void CopyLink(const std::string& source, const std::string& target) override;
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override;
   std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override;
 
  private:
   friend class FailingFolder;
+  FailingFileSystem(const FailingFileSystem& whole, std::unique_ptr<FileSystemObject> real);
   void Count(const std::string& path) const;
   Tick Counting(const std::string& path, const Tick& tick) const;
 
-  std::unique_ptr<FileSystemObject> mReal = CreateFileSystemObject();
+  const FailingFileSystem* const mWhole = nullptr;  // that this one is part of
+  const std::unique_ptr<FileSystemObject> mReal = CreateFileSystemObject();
   const int mFailAt;
   const FileError mError;
   mutable std::atomic<int> mCalls = 0;
