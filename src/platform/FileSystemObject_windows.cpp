@@ -6,6 +6,7 @@
 #include "platform/FileCopy_windows.h"
 #include "platform/FolderListing_windows.h"
 #include "platform/PendingFile_windows.h"
+#include "platform/Roots_windows.h"
 #include "platform/TextFile_windows.h"
 #include "platform/Win32.h"
 // After the one above, which it needs.
@@ -51,23 +52,32 @@ class ShellUse {
 
 class WindowsFileSystem final : public FileSystemObject {
  public:
+  explicit WindowsFileSystem(const std::vector<std::string>& roots = {}) : mRoots(roots) {}
+
+  std::unique_ptr<FileSystemObject> Within(const std::vector<std::string>& roots) const override {
+    return std::make_unique<WindowsFileSystem>(roots);
+  }
+
   bool FileExists(const std::string& path) const override {
-    const auto found = win32::FindItem(path);
+    const auto found = Find(path);
     return found && !found->IsFolder();
   }
 
   bool FolderExists(const std::string& path) const override {
-    const auto found = win32::FindItem(path);
+    const auto found = Find(path);
     return found && found->IsFolder();
   }
 
   ItemProperties GetFile(const std::string& path) const override {
+    mRoots.CheckWay(path);
     const auto found = win32::FindItem(path);
     if (!found || found->IsFolder()) throw FileSystemError(FileError::FileNotFound, path);
     return win32::PropertiesOf(*found, path);
   }
 
   std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick) const override {
+    mRoots.CheckWay(path);
+    if (mRoots.IsBelow(path) && !FolderExists(path)) throw FileSystemError(FileError::PathNotFound, path);
     return win32::OpenListing(path, tick);
   }
 
@@ -125,16 +135,19 @@ class WindowsFileSystem final : public FileSystemObject {
 
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                 const Tick& tick) override {
+    mRoots.CheckWay(source);
+    mRoots.CheckWay(target);
     win32::CopyOneFile(source, target, overwrite, tick);
   }
 
-  void MoveFile(const std::string& source, const std::string& target) override {
-    if (!FileExists(source)) throw FileSystemError(FileError::FileNotFound, source);
-    if (!MoveFileExW(NativePath(source).c_str(), NativePath(target).c_str(), MOVEFILE_COPY_ALLOWED))
-      Raise(GetLastError(), target);
+  void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick) override {
+    mRoots.CheckWay(source);
+    mRoots.CheckWay(target);
+    win32::CopyAsNewFile(source, target, tick);
   }
 
   void CreateFolder(const std::string& path) override {
+    mRoots.CheckWay(path);
     if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) Raise(GetLastError(), path);
   }
 
@@ -152,24 +165,15 @@ class WindowsFileSystem final : public FileSystemObject {
     if (to.IsOpen()) SetFileInformationByHandle(to.Get(), FileBasicInfo, &properties, sizeof properties);
   }
 
-  void CopyLink(const std::string& source, const std::string& target) override {
-    Found link;
-    if (const DWORD error = win32::LookUp(source, link)) Raise(error, source, FileError::FileNotFound);
-    const std::wstring from = NativePath(source);
-    const std::wstring to = NativePath(target);
-    const bool copied = link.IsFolder() ? CreateDirectoryExW(from.c_str(), to.c_str(), nullptr)
-                                        : CopyFileExW(from.c_str(), to.c_str(), nullptr, nullptr, nullptr,
-                                                      COPY_FILE_COPY_SYMLINK | COPY_FILE_FAIL_IF_EXISTS);
-    if (copied) return RemoveUnlessLink(target, to);
-    const DWORD error = GetLastError();
-    if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS) Raise(error, target);
-  }
-
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
+    mRoots.CheckWay(path);
+    const auto found = mRoots.IsBelow(path) ? win32::FindItem(path) : std::nullopt;
+    if (found && found->IsLink) throw FileSystemError(FileError::PathFileAccess, path);
     return win32::OpenText(path);
   }
 
   std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {
+    mRoots.CheckWay(path);
     Found existing;
     if (win32::LookUp(path, existing) == ERROR_SUCCESS) {
       if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
@@ -201,15 +205,14 @@ class WindowsFileSystem final : public FileSystemObject {
             std::uint64_t{information.nFileIndexHigh} << 32 | information.nFileIndexLow};
   }
 
-  /// Where links cannot be kept, the system may make an empty folder or copy the content in place of one.
-  static void RemoveUnlessLink(const std::string& path, const std::wstring& nativePath) {
-    Found made;
-    if (win32::LookUp(path, made) != ERROR_SUCCESS || made.IsLink) return;
-    static_cast<void>(made.IsFolder() ? RemoveDirectoryW(nativePath.c_str())
-                                      : DeleteFileW(nativePath.c_str()));
-    throw FileSystemError(FileError::PathFileAccess, path);
+  std::optional<Found> Find(const std::string& path) const try {
+    mRoots.CheckWay(path);
+    return mRoots.IsBelow(path) ? win32::FindItem(path) : win32::FindFollowing(path);
+  } catch (const FileSystemError&) {
+    return std::nullopt;
   }
 
+  const win32::Roots mRoots;
   mutable std::unordered_map<std::string, std::string> mTypes;  // by extension
 };
 

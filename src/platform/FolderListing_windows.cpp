@@ -76,16 +76,6 @@ bool IsLink(const std::wstring& nativePath) {
   return search.HasItem() && IsLinkTag(search.Item().dwFileAttributes, search.Item().dwReserved0);
 }
 
-DWORD LookUpFollowing(const std::string& path, Found& found) {
-  if (const DWORD error = LookUp(path, found)) return error;
-  if (!found.IsLink) return ERROR_SUCCESS;
-  const Handle target = Open(NativePath(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
-  if (target.IsOpen() && GetFileInformationByHandle(target.Get(), &found.Information)) return ERROR_SUCCESS;
-  // Leads nowhere: whatever it was made for, it is no folder.
-  found.Information.dwFileAttributes &= ~DWORD{FILE_ATTRIBUTE_DIRECTORY};
-  return ERROR_SUCCESS;
-}
-
 bool IsDotName(std::wstring_view name) { return name == L"." || name == L".."; }
 
 class Listing final : public Folder {
@@ -94,8 +84,11 @@ class Listing final : public Folder {
 
   const std::string& Path() const override { return mPath; }
 
+  /// Those of what a link leads to, where the chosen folder is one.
   ItemProperties Properties() const override {
-    return PropertiesOf(GetItem(mPath, FileError::PathNotFound), mPath);
+    const auto found = FindFollowing(mPath);
+    if (!found) throw FileSystemError(FileError::PathNotFound, mPath);
+    return PropertiesOf(*found, mPath);
   }
 
   const std::vector<Member>& Files() override {
@@ -154,10 +147,7 @@ class Listing final : public Folder {
   void Gather(const WIN32_FIND_DATAW& item) {
     const std::string name = Narrow(item.cFileName);
     const bool isLink = IsLinkTag(item.dwFileAttributes, item.dwReserved0);
-    const auto status = isLink ? Find(name) : std::nullopt;
-    const bool isFolder =
-        isLink ? status && status->IsFolder : (item.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    mMembers.Gather(name, isFolder, isLink);
+    mMembers.Gather(name, !isLink && (item.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0, isLink);
   }
 
   const std::string mPath;
@@ -172,20 +162,30 @@ std::uint64_t Found::Size() const {
 }
 
 std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick) {
-  if (!GetItem(path, FileError::PathNotFound).IsFolder())
-    throw FileSystemError(FileError::PathNotFound, path);
+  const Found found = GetItem(path, FileError::PathNotFound);
+  const auto target = found.IsLink ? FindFollowing(path) : found;
+  if (!target || !target->IsFolder()) throw FileSystemError(FileError::PathNotFound, path);
   return std::make_unique<Listing>(path, tick);
 }
 
 std::optional<Found> FindItem(const std::string& path) {
   Found found;
-  if (LookUpFollowing(path, found) != ERROR_SUCCESS) return std::nullopt;
+  if (LookUp(path, found) != ERROR_SUCCESS) return std::nullopt;
   return found;
+}
+
+std::optional<Found> FindFollowing(const std::string& path) {
+  auto found = FindItem(path);
+  if (!found || !found->IsLink) return found;
+  const Handle target = Open(NativePath(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
+  Found followed;
+  if (!target.IsOpen() || !GetFileInformationByHandle(target.Get(), &followed.Information)) return found;
+  return followed;
 }
 
 Found GetItem(const std::string& path, FileError missing) {
   Found found;
-  if (const DWORD error = LookUpFollowing(path, found)) Raise(error, path, missing);
+  if (const DWORD error = LookUp(path, found)) Raise(error, path, missing);
   return found;
 }
 
@@ -203,8 +203,11 @@ DWORD LookUp(const std::string& path, Found& found) {
 
 ItemDetails DetailsOf(const Found& found) {
   const DWORD attributes = found.Information.dwFileAttributes;
-  return {.Kind = found.IsFolder() ? ItemKind::Folder : ItemKind::File,
-          .Attributes = (attributes & KnownAttributes) | (found.IsLink ? Attribute::Alias : 0),
+  const unsigned known = found.IsLink ? KnownAttributes & ~Attribute::Directory : KnownAttributes;
+  return {.Kind = found.IsFolder() ? ItemKind::Folder
+                  : found.IsLink   ? ItemKind::Link
+                                   : ItemKind::File,
+          .Attributes = (attributes & known) | (found.IsLink ? Attribute::Alias : 0),
           .DateCreated = DateOf(found.Information.ftCreationTime),
           .DateLastAccessed = DateOf(found.Information.ftLastAccessTime),
           .DateLastModified = DateOf(found.Information.ftLastWriteTime),

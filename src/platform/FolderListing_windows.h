@@ -12,20 +12,22 @@ namespace brackwell::win32 {
 /// Raises PathNotFound where there is no folder.
 std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick);
 
-/// What one look-up tells, links followed.
+/// What one look-up tells. A link is what IsLinkTag says, whatever it leads to.
 struct Found {
   BY_HANDLE_FILE_INFORMATION Information{};  // its volume and index only where a link was followed
   bool IsLink = false;
 
-  bool IsFolder() const { return (Information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
+  bool IsFolder() const { return !IsLink && (Information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
   std::uint64_t Size() const;
 };
 
-/// Nothing where there is none or none can be seen.
+/// What is at `path` itself, a link not followed; nothing where there is none or none can be seen.
 std::optional<Found> FindItem(const std::string& path);
-/// Raises. `missing` is the error where there is none.
+/// The same, but a link counts as what it leads to, if anything.
+std::optional<Found> FindFollowing(const std::string& path);
+/// What is at `path` itself. Raises; `missing` is the error where there is none.
 Found GetItem(const std::string& path, FileError missing);
-/// What is at `path` itself, a link not followed. Gives the system's error code, or 0.
+/// The same. Gives the system's error code, or 0.
 DWORD LookUp(const std::string& path, Found& found);
 
 ItemDetails DetailsOf(const Found& found);
