@@ -127,8 +127,8 @@ bool frmCompareInfo::FillSide(Column column, const std::string& root) {
     item->setText(ToShownText(value));
   };
   try {
-    ReadProperties(mFiles, root + ObjectName, ObjectType.compare(u"File"_s, Qt::CaseInsensitive) == 0, give,
-                   tick);
+    ReadProperties(*mFiles.Within({root}), root + ObjectName,
+                   ObjectType.compare(u"File"_s, Qt::CaseInsensitive) == 0, give, tick);
     return true;
   } catch (const DialogClosed&) {
     return false;

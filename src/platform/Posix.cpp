@@ -122,7 +122,7 @@ Handle Location::Open(const std::string& folders) const {
 }
 
 Handle Location::TakeParent() {
-  if (!mIsConfined) return OpenParent(*this);
+  if (!mIsConfined || *mName == '\0') return OpenParent(*this);
   Handle parent = mHolder.IsOpen() ? std::move(mHolder) : Handle(fcntl(mBase, F_DUPFD_CLOEXEC, 0));
   if (!parent.IsOpen()) Raise(errno, mPath);
   return parent;
@@ -199,6 +199,7 @@ Handle OpenFolder(const Location& location) {
 
 Handle OpenParent(const Location& location) {
   const std::string_view path = location.Name();
+  if (path.empty()) Raise(ENOENT, location.Path());
   const std::size_t end = path.find_last_of('/');
   const std::string folder = end == std::string_view::npos ? "." : std::string(path.substr(0, end + 1));
   Handle parent(openat(location.Folder(), folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));

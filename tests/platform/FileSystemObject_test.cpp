@@ -35,9 +35,6 @@ class FileSystemTest : public testing::Test {
   int CopyError(const std::string& source, const std::string& target, bool overwrite) {
     return ErrorNumber([&] { mFiles->CopyFile(mTree.Path(source), mTree.Path(target), overwrite); });
   }
-  int MoveError(const std::string& source, const std::string& target) {
-    return ErrorNumber([&] { mFiles->MoveFile(mTree.Path(source), mTree.Path(target)); });
-  }
   int CreateFolderError(const std::string& name) {
     return ErrorNumber([&] { mFiles->CreateFolder(mTree.Path(name)); });
   }
@@ -54,7 +51,6 @@ using Existence = FileSystemTest;
 using Listing = FileSystemTest;
 using Properties = FileSystemTest;
 using CopyFile = FileSystemTest;
-using MoveFile = FileSystemTest;
 using CreateFolder = FileSystemTest;
 using CopyFolder = FileSystemTest;
 using TextStreams = FileSystemTest;
@@ -339,38 +335,6 @@ TEST_F(CopyFile, ATickThatThrowsLeavesNoTrace) {
   }
 }
 
-// --- Moving a file
-
-TEST_F(MoveFile, Renames) {
-  mTree.File("old name", "text", 30);
-  mTree.Folder("sub");
-  EXPECT_EQ(MoveError("old name", "new name"), 0);
-  EXPECT_EQ(MoveError("new name", "sub/moved"), 0);
-  EXPECT_EQ(mTree.Read("sub/moved"), "text");
-  EXPECT_EQ(Modified("sub/moved"), TempTree::Time(30));
-  EXPECT_EQ(mTree.List(), (Names{"sub/", "sub/moved"}));
-}
-
-TEST_F(MoveFile, NeverOverwrites) {
-  mTree.File("source", "source");
-  mTree.File("target", "target");
-  mTree.Folder("folder");
-  EXPECT_EQ(MoveError("source", "target"), 58);
-  EXPECT_EQ(MoveError("source", "folder"), 58);
-  EXPECT_EQ(mTree.Read("source"), "source");
-  EXPECT_EQ(mTree.Read("target"), "target");
-}
-
-TEST_F(MoveFile, RaisesForWhatIsNotThere) {
-  mTree.File("file", "text");
-  mTree.Folder("folder");
-  EXPECT_EQ(MoveError("none", "new"), 53);
-  EXPECT_EQ(MoveError("folder", "new"), 53);
-  EXPECT_EQ(MoveError("none", "file"), 53);
-  EXPECT_EQ(MoveError("file", "none/new"), 76);
-  EXPECT_EQ(mTree.Read("file"), "text");
-}
-
 // --- Making folders
 
 TEST_F(CreateFolder, MakesOne) {
@@ -577,12 +541,6 @@ TEST_F(Places, AFolderLiesWithinItselfAndThoseAboveIt) {
   EXPECT_TRUE(mFiles->LiesWithin(mTree.Path("a/b/c"), mTree.Path("a")));
   EXPECT_FALSE(mFiles->LiesWithin(mTree.Path("a"), mTree.Path("a/b")));
   EXPECT_FALSE(mFiles->LiesWithin(mTree.Path("a2"), mTree.Path("a")));
-}
-
-TEST_F(Places, NothingLeadsBackWithoutLinks) {
-  mTree.Folder("a/b/c");
-  EXPECT_FALSE(LeadsBack(*mFiles, mTree.Root("a"), mTree.Path("a/b")));
-  EXPECT_FALSE(LeadsBack(*mFiles, mTree.Path("a"), mTree.Path("a/b/c")));
 }
 
 }  // namespace
