@@ -11,7 +11,8 @@ namespace brackwell {
 /// The names in a folder, as they stand in the way of others.
 struct TakenNames {
   NameCounts All;
-  NameCounts Kept;  // those of sub-folders and links, which no copy replaces
+  NameCounts Kept;          // those of sub-folders and links, which no copy replaces
+  bool IsNoFolder = false;  // a file or a link stands where the folder should be
 };
 
 /// The names of a folder's files, kept so that they can be asked for often: the folder is read once, and

@@ -54,6 +54,7 @@ void CreateOrUse(FileSystemObject& files, const std::string& folder) {
 bool CopyAll(FileSystemObject& files, const RenamePlan& plan, Progress& progress) {
   const auto inside = files.Within({plan.Folder});
   const std::string target = JoinPath(plan.Folder, RenamedFilesFolder);
+  if (!inside->FolderExists(plan.Folder)) return true;
   CreateOrUse(*inside, target);
   if (!inside->FolderExists(target)) return true;
   return ForEachChecked(plan, "Copying ", progress, [&](const std::string& name, const std::string& newName) {

@@ -41,6 +41,7 @@ class Copies {
   }
 
   Fate FateOf(const std::string& newName) {
+    if (mTaken.IsNoFolder) return Fate::NoPlace;
     if (!IsFileName(newName)) return Fate::NoFileName;
     const NameCounts::Key name = NameCounts::KeyOf(newName);
     if (mTaken.Kept.Count(name) > 0) return Fate::NotCopied;
@@ -91,6 +92,8 @@ std::string_view TextOf(Fate fate) {
       return "The copy of a file further down gets the same name and replaces this one.";
     case Fate::NotCopied:
       return "There is a folder or link of this name in 'Renamed Files', so this file is not copied.";
+    case Fate::NoPlace:
+      return "'Renamed Files' is a file or a link here, so nothing is copied.";
   }
   return {};
 }
@@ -103,6 +106,7 @@ bool AnyIsWrapped(const WorkList& list, const Naming& naming) {
 
 bool IsFree(const RenameItem& item, const Naming& naming, const TakenNames& taken) {
   if (!TakesPart(item)) return true;
+  if (taken.IsNoFolder) return false;
   const std::string newName = NewName(naming, item);
   return IsFileName(newName) && taken.All.Count(NameCounts::KeyOf(newName)) == 0;
 }

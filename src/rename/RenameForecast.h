@@ -20,6 +20,7 @@ struct NameForecast {
     ReplacesRow,  // the copy of an item further up
     IsReplaced,   // by the copy of an item further down
     NotCopied,    // a folder or link has the name where copies go
+    NoPlace,      // copies have no folder to go to
   };
   Fate What = Fate::Given;
   bool IsWrapped = false;  // the number has more digits than the width, and keeps only its last ones

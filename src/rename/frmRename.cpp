@@ -349,12 +349,15 @@ ExtensionFilter frmRename::ReadFilter() const {
 void frmRename::ShowTakenNames() {
   if (!chkPreserve->isChecked()) return mList->SetTakenNames(false, mFolderFiles.Taken());
   const std::string folder = mFolderTree->SelectedFolder();
+  const std::string copies = JoinPath(folder, RenamedFilesFolder);
   try {
-    if (!folder.empty()) mCopies.Read(JoinPath(folder, RenamedFilesFolder));
+    if (!folder.empty()) mCopies.Read(copies);
   } catch (const FileSystemError&) {
     // There are no copies yet.
   }
-  mList->SetTakenNames(true, mCopies.Taken());
+  TakenNames taken = mCopies.Taken();
+  taken.IsNoFolder = mServices.Files.Within({folder})->FileExists(copies);
+  mList->SetTakenNames(true, std::move(taken));
 }
 
 void frmRename::AssignNewNames() {

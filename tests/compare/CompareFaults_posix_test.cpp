@@ -27,6 +27,17 @@ class CompareFaults : public ComparedTrees {
     Link(text, "s/" + name);
     Link(text, "t/" + name);
   }
+  /// Gives a link itself a modification time `seconds` after the start of 2020.
+  void LinkModified(const std::string& name, int seconds) {
+    const timespec time{.tv_sec = TempTree::Time(seconds).time_since_epoch().count(), .tv_nsec = 0};
+    const timespec times[] = {time, time};
+    ASSERT_EQ(utimensat(AT_FDCWD, Tree.Path(name).c_str(), times, AT_SYMLINK_NOFOLLOW), 0) << name;
+  }
+  std::string LinkText(const std::string& name) {
+    std::string text(100, '\0');
+    const auto length = readlink(Tree.Path(name).c_str(), text.data(), text.size());
+    return length < 0 ? "<no link>" : text.substr(0, static_cast<std::size_t>(length));
+  }
   void Pipe(const std::string& name) {
     ASSERT_EQ(mkfifo(Tree.Path(name).c_str(), 0666), 0);
     Tree.SetModified(name, 0);
@@ -110,72 +121,90 @@ TEST_F(Names, AsLongAsTheyCanBeAreFixed) {
 
 // --- Links
 
-TEST_F(Links, AreWhatTheyLeadTo) {
+TEST_F(Links, AreComparedAsTheLinksTheyAreAndNeverEntered) {
   Both("folder/inside");
-  Both("file");
-  Link("folder", "s/to folder");
-  Tree.File("t/to folder/inside", "other size", 0);
+  BothLink("folder", "to folder");
+  BothLink("..", "folder/up");
+  BothLink(".", "to itself");
+  BothLink("nowhere", "dangling");
+  for (const char* name : {"to folder", "folder/up", "to itself", "dangling"})
+    for (const char* side : {"s/", "t/"}) LinkModified(side + std::string(name), 5);
+  EXPECT_EQ(Compare(), (Lines{"- dangling", "d folder", "- folder/inside", "- folder/up", "- to folder",
+                              "- to itself"}));
+}
+
+TEST_F(Links, DifferByTheirOwnDatesAndSizes) {
+  BothLink("file", "newer");
+  LinkModified("s/newer", 7);
+  LinkModified("t/newer", 5);
+  Link("short", "s/longer");
+  Link("much longer", "t/longer");
+  LinkModified("s/longer", 5);
+  LinkModified("t/longer", 5);
+  EXPECT_EQ(Compare(), (Lines{"- longer differs", "- newer newer in source"}));
+}
+
+TEST_F(Links, FixedAreTheSameAfterwardsWhereverTheyLead) {
+  Tree.File("s/file", "same", 0);
   Link("file", "s/to file");
-  Tree.File("t/to file", "same", 0);
-  EXPECT_EQ(Compare(), (Lines{"- file", "d folder", "- folder/inside", "- to file", "d to folder",
-                              "- to folder/inside differs"}));
-  EXPECT_EQ(FixSources(), Lines{});
-  EXPECT_EQ(Tree.Read("s/folder/inside"), "other size");
-}
-
-TEST_F(Links, ThatLeadBackAreShownAndNotEntered) {
-  Both("a/file");
-  BothLink("..", "a/to parent");
-  BothLink(".", "to root");
-  BothLink(".", "a/to itself");
-  BothLink(Tree.Path("s/a"), "a/by full path");
-  const Lines source{"d a", "- a/file", "d a/by full path", "d a/to itself", "d a/to parent", "d to root"};
-  Lines rows = Walk();
-  ASSERT_GE(rows.size(), source.size());
-  EXPECT_EQ(Lines(rows.begin(), rows.begin() + source.size()), source);
-}
-
-TEST_F(Links, BetweenTwoFoldersEnd) {
-  Tree.Folder("s/x");
-  Tree.Folder("s/y");
-  Tree.Folder("t/x");
-  Tree.Folder("t/y");
-  BothLink("../y", "x/to y");
-  BothLink("../x", "y/to x");
-  EXPECT_EQ(Walk(), (Lines{"d x", "d x/to y", "d x/to y/to x", "d y", "d y/to x", "d y/to x/to y"}));
-}
-
-TEST_F(Links, ThatLeadBackInTheTargetAloneEndToo) {
-  Options.FlagTargetFolderMissing = false;
-  Tree.File("t/only/file");
-  Link("..", "t/only/up");
-  Link("only", "t/again");
-  EXPECT_EQ(Compare(), (Lines{"- again/file only in target", "- only/file only in target"}));
-}
-
-TEST_F(Links, ThatLeadBackFaceRealFolders) {
-  Link(".", "s/loop");
-  Tree.File("t/loop/loop/loop/file");
-  EXPECT_EQ(Compare(), (Lines{"d loop", "- loop/loop/loop/file only in target"}));
-  std::swap(Options.SourceRoot, Options.TargetRoot);
-  EXPECT_EQ(Compare(),
-            (Lines{"d loop", "d loop/loop", "d loop/loop/loop", "- loop/loop/loop/file only in source"}));
-}
-
-TEST_F(Links, ThatLeadNowhereAreFilesOfTheirOwn) {
   Link("nowhere", "s/dangling");
-  Link("circle", "s/circle");
-  Link("nowhere", "s/both");
-  Link("nowhere", "t/both");
-  Link("nowhere", "t/target");
-  Tree.File("s/target", "x", 0);
-  EXPECT_EQ(Compare().size(), 4u);
-  EXPECT_EQ(Compare()[1], "- circle only in source");
-  EXPECT_EQ(Compare()[2], "- dangling only in source");
-  EXPECT_EQ(FixTargets(), (Lines{"circle 53", "dangling 53", "target 75"}));
-  EXPECT_EQ(Tree.List("t"), (Lines{"both", "target"}));
-  char text[20] = {};
-  EXPECT_EQ(readlink(Tree.Path("t/target").c_str(), text, sizeof text - 1), 7);
+  Link("..", "s/up");
+  Link("file", "s/replaced");
+  LinkModified("s/replaced", 9);
+  Tree.File("t/replaced", "an old file", 5);
+  EXPECT_EQ(Compare().size(), 5u);
+  EXPECT_EQ(FixTargets(), Lines{});
+  EXPECT_EQ(LinkText("t/to file"), "file");
+  EXPECT_EQ(LinkText("t/dangling"), "nowhere");
+  EXPECT_EQ(LinkText("t/up"), "..");
+  EXPECT_EQ(LinkText("t/replaced"), "file");
+  EXPECT_EQ(Compare(), (Lines{"- dangling", "- file", "- replaced", "- to file", "- up"}));
+}
+
+TEST_F(Links, AFolderWithLinksIsTheSameOnceItIsFixed) {
+  Tree.File("s/folder/file", "text", 3);
+  Link("nowhere", "s/folder/dangling");
+  Link("../..", "s/folder/above");
+  EXPECT_EQ(Compare(), Lines{"d folder only in source"});
+  EXPECT_EQ(FixTargets(), Lines{});
+  EXPECT_EQ(Compare(), (Lines{"d folder", "- folder/above", "- folder/dangling", "- folder/file"}));
+}
+
+TEST_F(Links, AFileFixedOntoOneTakesItsPlace) {
+  Tree.File("outside/precious", "precious", 0);
+  Tree.File("s/file", "new", 9);
+  Link("../outside/precious", "t/file");
+  LinkModified("t/file", 5);
+  EXPECT_EQ(Compare(), Lines{"- file newer in source"});
+  EXPECT_EQ(FixTargets(), Lines{});
+  EXPECT_EQ(LinkText("t/file"), "<no link>");
+  EXPECT_EQ(Tree.Read("t/file"), "new");
+  EXPECT_EQ(Tree.Read("outside/precious"), "precious");
+}
+
+TEST_F(Links, PutThereBetweenComparisonAndFixAreNotGoneThrough) {
+  Tree.File("outside/sub/file", "precious", 0);
+  Tree.File("s/sub/file", "new", 9);
+  Tree.File("t/sub/file", "old", 5);
+  Tree.Folder("s/folder");
+  EXPECT_EQ(Compare(), (Lines{"d folder only in source", "d sub", "- sub/file newer in source"}));
+  Tree.Remove("t/sub");
+  Link("../outside/sub", "t/sub");
+  Link("../outside", "t/folder");
+  EXPECT_EQ(FixTargets(), (Lines{"folder 58", "sub/file 76"}));
+  EXPECT_EQ(Tree.Read("outside/sub/file"), "precious");
+  EXPECT_EQ(Tree.List("outside"), (Lines{"sub/", "sub/file"}));
+}
+
+TEST_F(Links, FacingFoldersAreWhatFilesFacingFoldersAre) {
+  Link("elsewhere", "s/link or folder");
+  Tree.File("t/link or folder/file");
+  EXPECT_EQ(Compare(), (Lines{"- link or folder only in source", "d link or folder only in target"}));
+  EXPECT_EQ(FixTargets(), Lines{"link or folder 70"});
+  Compare();
+  EXPECT_EQ(FixSources(), Lines{"link or folder 58"});
+  EXPECT_EQ(LinkText("s/link or folder"), "elsewhere");
+  EXPECT_EQ(Tree.List("t"), (Lines{"link or folder/", "link or folder/file"}));
 }
 
 // --- Pipes and sockets
@@ -318,25 +347,29 @@ TEST_F(Vanishing, FilesThatBecameFoldersAreNoFilesAnyMore) {
 TEST_F(Vanishing, FoldersAreNotEntered) {
   Both("a");
   Both("first/file");
-  BothLink("first", "link");
   Both("second/file");
+  Tree.File("outside/file");
+  Both("swapped/file");
   AfterRows(1, [this] {
     Tree.Remove("s/first");
-    Tree.Remove("s/link");
+    Tree.Remove("s/swapped");
+    Link("../outside", "s/swapped");
   });
-  EXPECT_EQ(Walk(), (Lines{"- a", "d first", "d link", "d second", "- second/file",
-                           "- first/file only in target", "- link/file only in target"}));
+  EXPECT_EQ(Walk(), (Lines{"- a", "d first", "d second", "- second/file", "d swapped",
+                           "- first/file only in target", "- swapped/file only in target"}));
 }
 
 TEST_F(Vanishing, TargetFoldersAreNotEntered) {
   Options.FlagTargetFolderMissing = false;
   Tree.File("t/a");
   Tree.File("t/first/file");
-  Link("first", "t/link");
   Tree.File("t/second/file");
+  Tree.File("outside/file");
+  Tree.File("t/swapped/file");
   AfterRows(1, [this] {
     Tree.Remove("t/first");
-    Tree.Remove("t/link");
+    Tree.Remove("t/swapped");
+    Link("../outside", "t/swapped");
   });
   EXPECT_EQ(Walk(), (Lines{"- a only in target", "- second/file only in target"}));
 }

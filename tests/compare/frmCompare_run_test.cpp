@@ -14,8 +14,8 @@
 #include "controls/uctSelectDir.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
-#include "support/FolderLink.h"
 #include "support/IsolatedSettings.h"
+#include "support/LargeFolder.h"
 #include "support/MessageBoxes.h"
 #include "support/TempTree.h"
 
@@ -117,8 +117,8 @@ bool frmCompareRunTest::RunsToItsEnd() {
 
 void frmCompareRunTest::TheProgramEndsInTheMiddleOfAComparison() {
   const MessageBoxes boxes;
-  if (!MakeEndlessFolder(*mTree, "endless")) QSKIP(NoLinks);
-  const QPointer<frmCompare> form = &Open("endless", "endless");
+  MakeLargeFolder(*mTree, "large");
+  const QPointer<frmCompare> form = &Open("large", "large");
   bool wasThere = false;
   When([=] { return HasRows(form); },
        [&, form] {
@@ -131,14 +131,14 @@ void frmCompareRunTest::TheProgramEndsInTheMiddleOfAComparison() {
   QVERIFY(!mMain->isVisible());
   QTRY_VERIFY(!form);
   QVERIFY(boxes.Shown().empty());
-  QCOMPARE(GetSetting(u"Compare"_s, u"SourceFolder"_s), QString::fromStdString(mTree->Root("endless")));
-  QCOMPARE(GetSetting(u"Compare"_s, u"TargetFolder"_s), QString::fromStdString(mTree->Root("endless")));
+  QCOMPARE(GetSetting(u"Compare"_s, u"SourceFolder"_s), QString::fromStdString(mTree->Root("large")));
+  QCOMPARE(GetSetting(u"Compare"_s, u"TargetFolder"_s), QString::fromStdString(mTree->Root("large")));
 }
 
 void frmCompareRunTest::TheProgramEndsInTheMiddleOfTwoComparisons() {
-  if (!MakeEndlessFolder(*mTree, "endless")) QSKIP(NoLinks);
-  const QPointer<frmCompare> first = &Open("endless", "endless");
-  const QPointer<frmCompare> second = &Open("endless", "endless");
+  MakeLargeFolder(*mTree, "large");
+  const QPointer<frmCompare> first = &Open("large", "large");
+  const QPointer<frmCompare> second = &Open("large", "large");
   When([=] { return HasRows(first); },
        [=, this] {
          When([=] { return HasRows(second); }, [this] { mMain->close(); });

@@ -104,12 +104,23 @@ TEST_F(RenameFaults, ACopyThatLeadsToAnOriginalDoesNotReplaceIt) {
   EXPECT_EQ(Tree.Read("images/Renamed Files/x3.JPG"), "c.jpg");
 }
 
-TEST_F(RenameFaults, ASubFolderElsewhereGetsTheCopies) {
+TEST_F(RenameFaults, ASubFolderElsewhereGetsNoCopies) {
   File("a.jpg");
   Tree.Folder("elsewhere");
   Link("../elsewhere", "images/Renamed Files");
   Rename(List(), "x", "1", true);
-  EXPECT_EQ(Found("elsewhere"), Lines{"x1.JPG: a.jpg"});
+  EXPECT_EQ(Found("elsewhere"), Lines{});
+}
+
+TEST_F(RenameFaults, ALinkIsRenamedAndCopiedAsThePictureThatItLeadsTo) {
+  Tree.File("elsewhere/real.jpg", "picture", 50);
+  Link("../elsewhere/real.jpg", "images/a.jpg");
+  Rename(List(), "x", "1", true);
+  EXPECT_EQ(Found("images/Renamed Files"), Lines{"x1.JPG: picture"});
+  EXPECT_FALSE(std::filesystem::is_symlink(Tree.Path("images/Renamed Files/x1.JPG")));
+  Rename(List(), "y", "1");
+  EXPECT_TRUE(std::filesystem::is_symlink(Tree.Path("images/y1.JPG")));
+  EXPECT_EQ(Tree.List("elsewhere"), Lines{"real.jpg"});
 }
 
 TEST_F(RenameFaults, LinksAndPipesAreRenamedAndPipesAreNotCopied) {

@@ -147,9 +147,9 @@ TEST_F(RenameForecast, AnyWrappedNumberIsFound) {
 TEST_F(RenameForecast, EveryFateButTheGoodOneHasItsText) {
   using Fate = NameForecast::Fate;
   std::map<std::string, int> texts;
-  for (int fate = 1; fate <= static_cast<int>(Fate::NotCopied); ++fate)
+  for (int fate = 1; fate <= static_cast<int>(Fate::NoPlace); ++fate)
     ++texts[WarningText({.What = static_cast<Fate>(fate)})];
-  EXPECT_EQ(texts.size(), 7U);
+  EXPECT_EQ(texts.size(), 8U);
   EXPECT_FALSE(texts.contains(""));
   EXPECT_EQ(WarningText({}), "");
   EXPECT_EQ(WarningText({.What = Fate::GivenBefore, .IsWrapped = true}),

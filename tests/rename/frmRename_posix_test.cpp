@@ -19,6 +19,18 @@ class frmRenamePosixTest : public QObject {
     }
     QCOMPARE(window.OnDisk(), (QStringList{u"Renamed Files/"_s, u"a.jpg"_s, u"b.jpg"_s}));
   }
+
+  void ALinkInThePlaceOfTheCopiesIsWarnedOf() {
+    RenameWindow window;
+    window.Add({u"a.jpg"_s});
+    std::filesystem::create_symlink("/", window.Tree.Path("images/Renamed Files"));
+    QVERIFY(window.ChooseAll());
+    window.SetNames(u"x"_s, u"1"_s);
+    window.Get<QCheckBox>("chkPreserve").click();
+    const QModelIndex name = window.Form->List().index(0, RenameList::NewFileColumn);
+    QCOMPARE(name.data(ListView::WarningRole).toString(),
+             u"'Renamed Files' is a file or a link here, so nothing is copied."_s);
+  }
 };
 
 }  // namespace brackwell
