@@ -357,10 +357,14 @@ void frmDirDisplayRunTest::TheProgramEndsInTheMiddleOfARun() {
   items.setData(items.index(0, 0), Qt::Checked, Qt::CheckStateRole);
   bool wasRunning = false;
   QTimer::singleShot(0, form->findChild<QPushButton*>(u"cmdDisplay"_s), &QPushButton::click);
-  QTimer::singleShot(200, &main, [&] {
-    wasRunning = form && form->IsRunning();
+  QTimer untilItRuns;
+  connect(&untilItRuns, &QTimer::timeout, &main, [&] {
+    if (!form || !form->IsRunning()) return;
+    untilItRuns.stop();
+    wasRunning = true;
     main.close();
   });
+  untilItRuns.start(0);
   QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(1); });
   QCOMPARE(QApplication::exec(), 0);
   QVERIFY(wasRunning);
