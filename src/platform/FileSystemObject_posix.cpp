@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 
 #include "platform/FileCopy_posix.h"
 #include "platform/FolderListing_posix.h"
@@ -24,6 +25,17 @@ using posix::Location;
 using posix::PendingFile;
 using posix::Raise;
 
+/// The mode bits that the user wants no new file to have. Asked for by `umask`, they would be lifted for all
+/// threads for a moment. Where the system does not tell, files are the user's alone.
+mode_t ModeMask() {
+  constexpr std::string_view Key = "Umask:";
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with(Key))
+      return static_cast<mode_t>(std::strtoul(line.c_str() + Key.size(), nullptr, 8));
+  return 0077;
+}
+
 class FileWriter final : public TextWriter {
  public:
   FileWriter(const Location& location, bool overwrite)
@@ -34,17 +46,11 @@ class FileWriter final : public TextWriter {
   void Write(std::string_view bytes) override { posix::WriteAll(mFile.File(), bytes, mPath); }
 
   void Close() override {
-    fchmod(mFile.Descriptor(), 0666 & ~CurrentMask());
+    fchmod(mFile.Descriptor(), 0666 & ~ModeMask());
     mFile.Commit(mOverwrite);
   }
 
  private:
-  static mode_t CurrentMask() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return mask;
-  }
-
   const std::string mPath;
   const bool mOverwrite;
   PendingFile mFile;

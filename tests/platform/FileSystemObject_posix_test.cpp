@@ -3,9 +3,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <stdexcept>
 
 #include "platform/CaseRules.h"
@@ -30,6 +32,11 @@ class PosixTest : public testing::Test {
  protected:
   PosixTest() { chmod(mTree.Path().c_str(), 0777); }
 
+  mode_t ModeOf(const std::string& name) {
+    struct stat status {};
+    EXPECT_EQ(stat(mTree.Path(name).c_str(), &status), 0) << name;
+    return status.st_mode & 07777;
+  }
   void Mode(const std::string& name, mode_t mode) { ASSERT_EQ(chmod(mTree.Path(name).c_str(), mode), 0); }
   void Link(const std::string& text, const std::string& name) {
     ASSERT_EQ(symlink(text.c_str(), mTree.Path(name).c_str()), 0);
@@ -297,9 +304,19 @@ TEST_F(TextStreams, MakeFilesWithTheUsualMode) {
   const mode_t mask = umask(027);
   mFiles->CreateTextFile(mTree.Path("new.txt"), false)->Close();
   umask(mask);
-  struct stat status {};
-  ASSERT_EQ(stat(mTree.Path("new.txt").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777, 0640u);
+  EXPECT_EQ(ModeOf("new.txt"), 0640U);
+}
+
+/// Another thread would make files that anybody may write to.
+TEST_F(TextStreams, NeverChangeTheUsualMode) {
+  EXPECT_EQ(InChild([&] {
+              umask(027);
+              RefuseCall(SYS_umask, 0, 0, EPERM);
+              mFiles->CreateTextFile(mTree.Path("made.txt"), false)->Close();
+              return 0;
+            }),
+            0);
+  EXPECT_EQ(ModeOf("made.txt"), 0640U);
 }
 
 TEST_F(TextStreams, LeaveAloneWhatTheUserMayNotWrite) {
