@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <string_view>
 #include <utility>
 
@@ -35,6 +36,18 @@ bool MayBeChanged(const Handle& folder) {
           (status.stx_attributes & STATX_ATTR_APPEND) == 0);
 }
 
+/// True where a program has the file open for writing: what it is about to write would get lost. A lease for
+/// reading is given only where none has; where it is refused for any other reason nobody knows. `file` is
+/// open for reading alone.
+bool IsBeingWritten(const Handle& file) {
+  // Whoever opens the file meanwhile waits until the lease is given back, and the holder is sent a signal:
+  // one that no program minds, since the usual one would end ours.
+  if (fcntl(file.Get(), F_SETSIG, SIGURG) != 0) return false;
+  if (fcntl(file.Get(), F_SETLEASE, F_RDLCK) != 0) return errno == EAGAIN;
+  fcntl(file.Get(), F_SETLEASE, F_UNLCK);
+  return false;
+}
+
 /// True where the system puts a file's content on the disk before a rename that gives it the name of another.
 /// Elsewhere a power cut could leave a name without content, unless the disk is waited for, each time.
 bool RenameKeepsOrder(const Handle& file) {
@@ -57,6 +70,7 @@ class FileRewriter final : public TextWriter {
         mLiesBeside(MayBeChanged(mFolder)),
         mNew(mLiesBeside ? folder.Duplicate() : OpenFolder(GetTempFolder()), mName, mPath) {
     if (!mOld.IsOpen()) Raise(errno, mPath);
+    CheckUnused();
     CheckUnchanged();
     if (!MayReplace()) mNew.GiveUpName();
   }
@@ -68,6 +82,10 @@ class FileRewriter final : public TextWriter {
   }
 
  private:
+  void CheckUnused() const {
+    if (IsBeingWritten(mOld)) Raise(EBUSY, mPath);
+  }
+
   void CheckUnchanged() const {
     struct stat open {};
     struct stat named {};
@@ -84,7 +102,9 @@ class FileRewriter final : public TextWriter {
   bool TryToReplace() {
     if (!MayReplace() || !CopyProperties(mOld, mOpened, mNew.File())) return false;
     if (!RenameKeepsOrder(mNew.File()) && fdatasync(mNew.Descriptor()) != 0) Raise(errno, mPath);
-    CheckUnchanged();  // as late as can be: what is added from here on is lost
+    // As late as can be: what is added from here on is lost.
+    CheckUnused();
+    CheckUnchanged();
     try {
       mNew.Commit(true);
       return true;
@@ -97,6 +117,7 @@ class FileRewriter final : public TextWriter {
   void Overwrite() {
     mNew.GiveUpName();
     const off_t size = SaveOldContent();
+    CheckUnused();
     const Handle target = OpenToWrite();
     CheckUnchanged();
     if (const int error = CopyInPlace(mNew.File(), size, target, mOpened, mTick)) Raise(error, mPath);

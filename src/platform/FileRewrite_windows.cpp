@@ -105,8 +105,10 @@ std::unique_ptr<PendingFile> MakePending(const std::string& path, const Tick& ti
   }
 }
 
+/// Refused while another program has the file open for writing: what that is about to write would get lost.
 Handle OpenToWrite(const std::string& path) {
-  Handle target = Open(NativePath(path), GENERIC_READ | GENERIC_WRITE);
+  Handle target(CreateFileW(NativePath(path).c_str(), GENERIC_READ | GENERIC_WRITE,
+                            FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr));
   if (!target.IsOpen()) Raise(GetLastError(), path);
   return target;
 }
@@ -125,6 +127,7 @@ class FileRewriter final : public TextWriter {
 
   void Close() override {
     CheckUnchanged(Open(NativePath(mPath), 0));
+    OpenToWrite(mPath);
     if (!TryToReplace()) Overwrite();
   }
 

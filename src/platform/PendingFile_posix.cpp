@@ -65,6 +65,11 @@ void PendingFile::OpenNamed() {
 void PendingFile::Commit(bool replace) {
   // A network file system tells only on closing that the content did not fit.
   if (!Handle(fcntl(mFile.Get(), F_DUPFD_CLOEXEC, 0)).Close()) RaiseLast();
+  TakePlace(replace);
+  mFile.Close();  // from now on it is everybody's
+}
+
+void PendingFile::TakePlace(bool replace) {
   if (mNeighbour.empty()) {
     if (LinkAs(mName)) return;
     if (errno != EEXIST || !replace) RaiseLast();

@@ -27,6 +27,7 @@ class PendingFile {
  private:
   bool OpenUnnamed();
   void OpenNamed();
+  void TakePlace(bool replace);
   bool LinkAs(const std::string& name) const;
   void GiveNeighbourName();
   std::string NeighbourName(int number) const;

@@ -149,5 +149,16 @@ TEST_F(TextFileOnWindows, AFileThatOthersKeepToThemselvesIsRefusedAtOnce) {
   EXPECT_EQ(mTree.List(), Names{"file"});
 }
 
+TEST_F(TextFileOnWindows, AFileThatIsOpenForWritingIsRefused) {
+  mTree.File("file", "old");
+  const auto reader = mFiles->OpenTextFile(mTree.Path("file"));
+  const auto writer = reader->Rewrite();
+  writer->Write("new");
+  const Handle other = win32::Open(Native("file"), GENERIC_WRITE);
+  EXPECT_EQ(ErrorNumber([&] { writer->Close(); }), 70);
+  EXPECT_EQ(ErrorNumber([&] { mFiles->OpenTextFile(mTree.Path("file"))->Rewrite(); }), 70);
+  EXPECT_EQ(mTree.Read("file"), "old");
+}
+
 }  // namespace
 }  // namespace brackwell

@@ -76,7 +76,18 @@ TEST_F(ReplaceOnWindows, AnEmptyLockedFileIsNeverOpened) {
   EXPECT_EQ(Replace("cat", "dog"), (Lines{"a.txt: File has 0 size", "0 total matches were replaced"}));
 }
 
-/// As a program that writes a log has it: others may read and write, but nothing can take its place.
+TEST_F(ReplaceOnWindows, AFileThatIsOpenForWritingIsLeftAndTold) {
+  Tree.File("t/a.txt", "cat");
+  Tree.File("t/b.txt", "cat");
+  const win32::Handle log = win32::Open(win32::NativePath(Tree.Path("t/a.txt")), GENERIC_WRITE);
+  ASSERT_TRUE(log.IsOpen());
+  EXPECT_EQ(Replace("cat", "dog"), (Lines{"a.txt: 1 matches replaced", "b.txt: 1 matches replaced",
+                                          "!open a.txt", "2 total matches were replaced"}));
+  EXPECT_EQ(Tree.Read("t/a.txt") + Tree.Read("t/b.txt"), "catdog");
+  EXPECT_EQ(Tree.List("t"), (Lines{"a.txt", "b.txt"}));
+}
+
+/// As a program that reads along has it: others may read and write, but nothing can take its place.
 TEST_F(ReplaceOnWindows, AFileThatOthersMayWriteToIsChangedInItsPlace) {
   Tree.File("t/a.txt", "cat and cat", 10);
   const LockedFile log(Tree.Path("t/a.txt"), FILE_SHARE_READ | FILE_SHARE_WRITE);
