@@ -127,15 +127,13 @@ class FileRewriter final : public TextWriter {
   off_t SaveOldContent() const {
     struct stat made {};
     if (fstat(mNew.Descriptor(), &made) != 0) Raise(errno, mPath);
-    off_t done = 0;
-    if (const int error =
-            CopyBytes(mOld.Get(), 0, mNew.Descriptor(), made.st_size, mOpened.st_size, done, mTick))
+    if (const int error = CopyBytes(mOld.Get(), 0, mNew.Descriptor(), made.st_size, mOpened.st_size, mTick))
       Raise(error, mPath);
     return made.st_size;
   }
 
   Handle OpenToWrite() const {
-    Handle target(openat(mFolder.Get(), mName.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    Handle target(openat(mFolder.Get(), mName.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat status {};
     if (!target.IsOpen() || fstat(target.Get(), &status) != 0) Raise(errno, mPath);
     if (!IsUnchanged(mOpened, status)) throw FileSystemError(FileError::PathFileAccess, mPath);

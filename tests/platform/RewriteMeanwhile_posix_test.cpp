@@ -144,5 +144,121 @@ TEST_F(InUse, AProgramThatOpensTheFileAtAnyMomentDoesNotEndOurs) {
   EXPECT_EQ(result, 0);
 }
 
+// --- The copy into the very file
+
+/// Comes back when nothing is left of the process that could go on.
+void Kill(pid_t process) {
+  const int watched = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+  kill(process, SIGKILL);
+  pollfd ended{.fd = watched, .events = POLLIN, .revents = 0};
+  while (poll(&ended, 1, -1) != 1) continue;
+  close(watched);
+}
+
+const std::string Old(250'000, 'o');
+const std::string Shorter(100'000, 'n');
+const std::string Longer(400'001, 'n');
+
+/// A system call in the copying process, by its number and an argument.
+struct Moment {
+  int Call;
+  int Position;
+  unsigned Value;
+};
+const Moment Start{SYS_prctl, 0, PR_SET_NAME};
+const Moment FirstPiece{SYS_pwrite64, 3, 0};
+const Moment ThirdPiece{SYS_pwrite64, 3, 2U << 16};
+const Moment LastOfShorter{SYS_pwrite64, 3, 1U << 16};
+const Moment LastOfLonger{SYS_pread64, 3, 6U << 16};
+const Moment BehindTheOldEnd{SYS_pwrite64, 3, 5U << 16};
+const Moment TheCut{SYS_ftruncate, 1, 100'000};
+const Moment OnDisk{SYS_fdatasync, -1, 0};
+
+class Copying : public RewriteMeanwhile {
+ protected:
+  /// What rewriting the file of two names gives where `step` is done right before that moment.
+  int RewriteErrorWith(const Moment& moment, const std::string& content, std::function<void(pid_t)> step) {
+    return InChild([&] {
+      BeforeCall(moment.Call, moment.Position, moment.Value, [&, own = getpid()](pid_t caller) {
+        if (caller != own) step(caller);
+      });
+      return RewriteError("one", content);
+    });
+  }
+};
+
+TEST_F(Copying, TheOldContentIsPutBackWhereTheCopyingProcessIsKilled) {
+  TwoNames(Old);
+  const auto expectOld = [&](const Moment& moment, const std::string& content) {
+    EXPECT_EQ(RewriteErrorWith(moment, content, Kill), 57);
+    EXPECT_TRUE(mTree.Read("two") == Old) << moment.Call << " " << moment.Value << " " << content.size();
+    EXPECT_EQ(mFiles->GetFile(mTree.Path("one")).DateLastModified, TempTree::Time(10));
+  };
+  for (const Moment& moment : {Start, FirstPiece, TheCut}) expectOld(moment, Shorter);
+  for (const Moment& moment : {Start, FirstPiece, ThirdPiece, BehindTheOldEnd}) expectOld(moment, Longer);
+  EXPECT_EQ(mTree.List(), (std::vector<std::string>{"one", "two"}));
+}
+
+TEST_F(Copying, IsDoneWhereItsProcessIsKilledAfterTheLastByte) {
+  for (const std::string& content : {Shorter, Longer, std::string()}) {
+    mTree.Remove("two");
+    TwoNames(Old);
+    EXPECT_EQ(RewriteErrorWith(OnDisk, content, Kill), 0);
+    EXPECT_TRUE(mTree.Read("two") == content);
+  }
+}
+
+TEST_F(Copying, KeepsWhatOthersAddMeanwhileBehindTheOldContent) {
+  const auto expectBoth = [&](const Moment& moment, const std::string& content) {
+    TwoNames(Old);
+    EXPECT_EQ(RewriteErrorWith(moment, content, [&](pid_t) { Append(" and more"); }), 75);
+    EXPECT_TRUE(mTree.Read("two") == Old + " and more")
+        << moment.Call << " " << moment.Value << " " << content.size();
+    mTree.Remove("two");
+  };
+  for (const Moment& moment : {Start, FirstPiece, LastOfShorter}) expectBoth(moment, Shorter);
+  for (const Moment& moment : {Start, FirstPiece, ThirdPiece, LastOfLonger}) expectBoth(moment, Longer);
+}
+
+TEST_F(Copying, KeepsWhatIsAddedBehindContentThatIsComplete) {
+  TwoNames(Old);
+  EXPECT_EQ(RewriteErrorWith(OnDisk, Longer, [&](pid_t) { Append(" and more"); }), 0);
+  EXPECT_TRUE(mTree.Read("two") == Longer + " and more");
+}
+
+TEST_F(Copying, KeepsWhatIsAddedWhereItsProcessIsKilledAsWell) {
+  const auto expectBoth = [&](const Moment& moment, const std::string& content) {
+    TwoNames(Old);
+    EXPECT_EQ(RewriteErrorWith(moment, content,
+                               [&](pid_t copying) {
+                                 Append(" and more");
+                                 Kill(copying);
+                               }),
+              57);
+    EXPECT_TRUE(mTree.Read("two") == Old + " and more") << moment.Call << " " << content.size();
+    mTree.Remove("two");
+  };
+  expectBoth(TheCut, Shorter);
+  expectBoth(ThirdPiece, Longer);
+}
+
+TEST_F(Copying, LeavesAFileThatOthersCutToThem) {
+  const auto contentAfter = [&](const Moment& moment, const std::string& content) {
+    TwoNames(Old);
+    EXPECT_EQ(RewriteErrorWith(moment, content,
+                               [&](pid_t) {
+                                 Cut(0);
+                                 Append("theirs");
+                               }),
+              75);
+    const std::string found = mTree.Read("two");
+    mTree.Remove("two");
+    return found;
+  };
+  EXPECT_EQ(contentAfter(Start, Shorter), "theirs");
+  EXPECT_EQ(contentAfter(Start, Longer), "theirs");
+  EXPECT_TRUE(contentAfter(ThirdPiece, Longer).starts_with("theirs"));
+}
+
 }  // namespace
 }  // namespace brackwell

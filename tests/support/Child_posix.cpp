@@ -5,6 +5,7 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -12,11 +13,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <fstream>
+#include <future>
 #include <system_error>
+#include <thread>
+#include <utility>
 
 namespace brackwell {
 namespace {
@@ -29,6 +34,26 @@ void Filter(sock_filter* steps, std::size_t count) {
   const sock_fprog program{static_cast<unsigned short>(count), steps};
   Require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "no new privileges");
   Require(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0, "filter");
+}
+
+using CallFilter = std::array<sock_filter, 6>;
+
+/// What becomes of the system call `number` where its argument at `position` has these low 32 bits; a
+/// negative position stands for any arguments.
+CallFilter OnCall(int number, int position, unsigned value, unsigned action) {
+  constexpr std::size_t Size = sizeof(seccomp_data::args[0]);
+  const bool isAny = position < 0;
+  const auto argument = static_cast<unsigned>(offsetof(seccomp_data, args) +
+                                              (isAny ? 0 : static_cast<std::size_t>(position)) * Size);
+  const unsigned char onOthers = isAny ? 0 : 1;
+  return {{
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, value, 0, onOthers),
+      BPF_STMT(BPF_RET | BPF_K, action),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  }};
 }
 
 }  // namespace
@@ -80,17 +105,30 @@ bool ShrinkDisk(const std::string& place, std::size_t size) {
 }
 
 void RefuseCall(int number, int position, unsigned value, int error) {
-  const auto argument = static_cast<unsigned>(
-      offsetof(seccomp_data, args) + static_cast<std::size_t>(position) * sizeof(seccomp_data::args[0]));
-  sock_filter refuse[] = {
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<unsigned>(number), 0, 3),
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, value, 0, 1),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(error)),
-      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-  };
-  Filter(refuse, std::size(refuse));
+  CallFilter refuse = OnCall(number, position, value, SECCOMP_RET_ERRNO | static_cast<unsigned>(error));
+  Filter(refuse.data(), refuse.size());
+}
+
+void BeforeCall(int number, int position, unsigned value, std::function<void(pid_t)> step) {
+  // Begun before there is a filter, so that its own calls pass.
+  std::promise<int> listening;
+  std::thread([step = std::move(step), listener = listening.get_future()]() mutable {
+    const int calls = listener.get();
+    for (;;) {
+      seccomp_notif call{};
+      if (ioctl(calls, SECCOMP_IOCTL_NOTIF_RECV, &call) != 0) continue;
+      step(static_cast<pid_t>(call.pid));
+      seccomp_notif_resp goOn{.id = call.id, .val = 0, .error = 0, .flags = SECCOMP_USER_NOTIF_FLAG_CONTINUE};
+      ioctl(calls, SECCOMP_IOCTL_NOTIF_SEND, &goOn);  // fails where the step has killed the caller
+    }
+  }).detach();
+  CallFilter filter = OnCall(number, position, value, SECCOMP_RET_USER_NOTIF);
+  const sock_fprog program{static_cast<unsigned short>(filter.size()), filter.data()};
+  Require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "no new privileges");
+  const auto calls =
+      syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_NEW_LISTENER, &program);
+  Require(calls >= 0, "listener");
+  listening.set_value(static_cast<int>(calls));
 }
 
 void ForbidUnnamedFiles() {
