@@ -137,10 +137,13 @@ std::int64_t FileReplacer::CountMatches(TextReader& file) {
 }
 
 std::optional<ReplaceProblem> FileReplacer::ReplaceText() try {
+  mPieces.Begin();
+  if (IsUnsupportedUnicode(mPieces.Bytes(), mFile->Size())) return ReplaceProblem::UnsupportedEncoding;
   if (!mEncoding && !mReplaceIsAscii) mEncoding = FindEncoding();
   const TextEncoding encoding = mEncoding.value_or(TextEncoding::Utf8);
   const auto replacement = mReplace ? Encode(*mReplace, encoding) : std::nullopt;
-  if (!replacement) return ReplaceProblem::CannotEncode;
+  if (!replacement || (encoding == TextEncoding::CodePage && !mReplaceIsAscii && IsMostlyUtf8()))
+    return ReplaceProblem::CannotEncode;
   Output output(*mFile, mPending, mTick);
   ReplaceText(SearchIn(encoding), *replacement, output);
   output.Close();
@@ -200,6 +203,15 @@ TextEncoding FileReplacer::FindEncoding() {
     return isValid ? done : std::string_view::npos;
   });
   return isValid ? TextEncoding::Utf8 : TextEncoding::CodePage;
+}
+
+/// Of a file that is not UTF-8 as a whole: bytes of the code page would be a second encoding in it.
+bool FileReplacer::IsMostlyUtf8() {
+  Utf8Tally tally;
+  ForEachPiece(LongestUtf8, [&](std::string_view bytes, std::size_t from, std::size_t to) {
+    return TallyUtf8(bytes, from, to, tally);
+  });
+  return tally.Characters > tally.Strays;
 }
 
 }  // namespace brackwell

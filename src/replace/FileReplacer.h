@@ -74,6 +74,7 @@ class FileReplacer {
   PhraseSearch::Tally Count(const PhraseSearch& search);
   void ReplaceText(const PhraseSearch& search, std::string_view replacement, Output& output);
   TextEncoding FindEncoding();
+  bool IsMostlyUtf8();
   template <typename Step>
   void ForEachPiece(std::size_t overlap, Step step);
 

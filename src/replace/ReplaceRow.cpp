@@ -24,11 +24,18 @@ std::string TotalText(std::int32_t total, bool replaceMode) {
 
 std::string ProblemText(ReplaceProblem problem, std::string_view path) {
   const std::string shown = ShownText(path);
-  if (problem == ReplaceProblem::CannotEncode)
-    return "Can't replace in " + shown +
-           ". The replacement has characters that the file's encoding does not.";
-  return "Can't open " + shown + ". It is possibly open in another application or you " +
-         "don't have permissions to modify the file.";
+  switch (problem) {
+    case ReplaceProblem::CannotOpen:
+      return "Can't open " + shown + ". It is possibly open in another application or you " +
+             "don't have permissions to modify the file.";
+    case ReplaceProblem::CannotEncode:
+      return "Can't replace in " + shown +
+             ". The replacement has characters that the file's encoding does not.";
+    case ReplaceProblem::UnsupportedEncoding:
+      return "Can't replace in " + shown +
+             ". It seems to be UTF-32 text, or UTF-16 text without a byte order mark.";
+  }
+  return {};
 }
 
 }  // namespace brackwell

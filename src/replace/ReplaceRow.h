@@ -31,8 +31,9 @@ std::string TotalText(std::int32_t total, bool replaceMode);
 
 /// Why a file that holds the phrase was left as it is.
 enum class ReplaceProblem {
-  CannotOpen,    // it may not be written, the disk is full, or somebody else has changed it meanwhile
-  CannotEncode,  // its encoding has no such characters as the replacement holds
+  CannotOpen,           // it may not be written, others write to it or have changed it, or the disk is full
+  CannotEncode,         // its encoding has no such characters as the replacement holds
+  UnsupportedEncoding,  // its bytes are not those of the characters that were looked for
 };
 
 /// What the user is told of the file `path`, a native path.

@@ -54,6 +54,42 @@ std::size_t SkipAscii(std::string_view bytes) {
   return at;
 }
 
+/// The length in bytes of the character of UTF-8 at `at`; 0 where there is none.
+std::size_t CharacterLength(std::string_view bytes, std::size_t at) {
+  utf8proc_int32_t code = 0;
+  const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(bytes.data() + at),
+                                       static_cast<utf8proc_ssize_t>(bytes.size() - at), &code);
+  return length > 0 ? static_cast<std::size_t>(length) : 0;
+}
+
+bool IsAscii(char byte) { return static_cast<signed char>(byte) >= 0; }
+
+bool IsSpace(std::uint32_t character) { return character >= 0x09 && character <= 0x0D; }
+
+/// Of text, which holds no other control characters than those that part words and lines.
+bool IsTextCharacter(std::uint32_t character) {
+  const bool isControl = character < 0x20 && !IsSpace(character);
+  const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+  return !isControl && !isSurrogate && character < 0xFFFE;
+}
+
+/// The rule of IsUnsupportedUnicode, for units of one size and order.
+bool IsTextOfUnits(std::string_view bytes, std::size_t unitSize, bool bigEndian) {
+  const std::size_t units = bytes.size() / unitSize;
+  std::size_t low = 0;
+  std::size_t others = 0;
+  for (std::size_t unit = 0; unit < units; ++unit) {
+    std::uint32_t character = 0;
+    for (std::size_t i = 0; i < unitSize; ++i) {
+      const std::size_t from = bigEndian ? i : unitSize - 1 - i;
+      character = character << 8 | static_cast<unsigned char>(bytes[unit * unitSize + from]);
+    }
+    if (character < 0x2000 && !IsSpace(character >> 8)) ++low;
+    if (!IsTextCharacter(character)) ++others;
+  }
+  return low > units / 2 && others <= units / 100;
+}
+
 }  // namespace
 
 std::optional<ByteOrderMark> FindByteOrderMark(std::string_view bytes) {
@@ -61,6 +97,16 @@ std::optional<ByteOrderMark> FindByteOrderMark(std::string_view bytes) {
   if (bytes.starts_with("\xFF\xFE")) return ByteOrderMark{TextEncoding::Utf16Le, 2};
   if (bytes.starts_with("\xFE\xFF")) return ByteOrderMark{TextEncoding::Utf16Be, 2};
   return std::nullopt;
+}
+
+bool IsUnsupportedUnicode(std::string_view begin, std::uint64_t size) {
+  using namespace std::string_view_literals;
+  if (begin.starts_with("\xFF\xFE\0\0"sv) || begin.starts_with("\0\0\xFE\xFF"sv)) return true;
+  if (FindByteOrderMark(begin) || begin.find('\0') == std::string_view::npos) return false;
+  for (const std::size_t unitSize : {2, 4})
+    for (const bool bigEndian : {false, true})
+      if (size % unitSize == 0 && IsTextOfUnits(begin, unitSize, bigEndian)) return true;
+  return false;
 }
 
 std::optional<std::u32string> Decode(std::string_view utf8) {
@@ -106,18 +152,28 @@ std::size_t ValidUtf8Length(std::string_view bytes) {
     at += SkipAscii(bytes.substr(at));
     // Text that is not ASCII seldom comes alone: some characters one by one before the next leap.
     for (const std::size_t next = at + 64; at < bytes.size() && at < next;) {
-      if (static_cast<signed char>(bytes[at]) >= 0) {
-        ++at;
-        continue;
-      }
-      utf8proc_int32_t code = 0;
-      const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(bytes.data() + at),
-                                           static_cast<utf8proc_ssize_t>(bytes.size() - at), &code);
-      if (length <= 0) return at;
-      at += static_cast<std::size_t>(length);
+      const std::size_t length = IsAscii(bytes[at]) ? 1 : CharacterLength(bytes, at);
+      if (length == 0) return at;
+      at += length;
     }
   }
   return at;
+}
+
+std::size_t TallyUtf8(std::string_view bytes, std::size_t from, std::size_t to, Utf8Tally& tally) {
+  while (from < to) {
+    from += SkipAscii(bytes.substr(from, to - from));
+    for (const std::size_t next = from + 64; from < to && from < next;) {
+      if (IsAscii(bytes[from])) {
+        ++from;
+        continue;
+      }
+      const std::size_t length = CharacterLength(bytes, from);
+      ++(length > 0 ? tally.Characters : tally.Strays);
+      from += std::max<std::size_t>(length, 1);
+    }
+  }
+  return from;
 }
 
 }  // namespace brackwell

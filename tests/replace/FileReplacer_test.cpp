@@ -33,7 +33,8 @@ std::string Replaced(const std::string& content, const std::string& phrase, cons
   const auto problem = replacer.ReplaceText();
   if (!problem) return file.Content;
   EXPECT_EQ(file.Content, content);
-  return *problem == ReplaceProblem::CannotEncode ? "cannot encode" : "cannot open";
+  constexpr const char* Problems[] = {"cannot open", "cannot encode", "unsupported"};
+  return Problems[static_cast<int>(*problem)];
 }
 
 std::string Utf16(std::u32string_view text, TextEncoding encoding = Utf16Le) {
@@ -88,6 +89,37 @@ TEST(FileReplacer, RefusesWhatTheEncodingCannotHold) {
   EXPECT_EQ(Replaced("x\xE9", "x", "\xC2\x80"), "cannot encode");
   EXPECT_EQ(Replaced("x\xE9", "x", "\xC2\x81"), "\x81\xE9");
   EXPECT_EQ(Replaced("x", "x", "\xFF"), "cannot encode");
+}
+
+TEST(FileReplacer, PutsNoSecondEncodingIntoTextThatIsMostlyUtf8) {
+  const std::string text = "gr\u00FCn x \u20AC";
+  EXPECT_EQ(Replaced(text + "\xFC", "x", "\u00FC"), "cannot encode");
+  EXPECT_EQ(Replaced(text + "\xFC", "x", "y"), "gr\u00FCn y \u20AC\xFC");
+  EXPECT_EQ(Replaced("x \u00FC \xFC", "x", "\u00FC"), "\xFC \u00FC \xFC");  // as many of either
+  EXPECT_EQ(Replaced("x \xFC\xFC\u00FC\xE4", "x", "\u00FC"), "\xFC \xFC\xFC\u00FC\xE4");
+  const std::string ascii(3 * FileReplacer::UsualPiece, '-');
+  EXPECT_EQ(Replaced("\xFC" + ascii + text, "x", "\u00FC"), "cannot encode");
+}
+
+TEST(FileReplacer, CountsWhatLiesAcrossPiecesOnce) {
+  std::string text = "x\xFF\xFF";
+  for (int i = 0; i < 3; ++i) text += "\u20AC";
+  for (std::size_t piece = 1; piece < 20; ++piece) {
+    EXPECT_EQ(Replaced(text, "x", "\u00FC", piece), "cannot encode") << piece;
+    EXPECT_EQ(Replaced(text + "\xFF", "x", "\u00FC", piece), "\xFC" + text.substr(1) + "\xFF") << piece;
+  }
+}
+
+TEST(FileReplacer, LeavesUnicodeThatItDoesNotKnow) {
+  for (const TextEncoding encoding : {Utf16Le, Utf16Be}) {
+    const std::string text = Encode(std::u32string_view(U"One text,\r\nand \u0100nother."), encoding).value();
+    EXPECT_EQ(Count(text, "x"), 1);  // as ever
+    EXPECT_EQ(Replaced(text, "x", "y"), "unsupported");
+    EXPECT_EQ(Replaced(Utf16(U"x", encoding), "x", "y"), Utf16(U"y", encoding));
+  }
+  const std::string mark = "\xFF\xFE\0\0"s;
+  EXPECT_EQ(Replaced(mark + "x\0\0\0y\0\0\0"s, "x", "y"), "unsupported");
+  EXPECT_EQ(Replaced("\0\0\xFE\xFF\0\0\0x"s, "x", "y"), "unsupported");
 }
 
 TEST(FileReplacer, DecidesByTheWholeFile) {
@@ -229,9 +261,10 @@ class AnyText : public testing::TestWithParam<TextEncoding> {
  protected:
   std::size_t Below(std::size_t limit) { return mRandom() % limit; }
 
-  /// What stands before the text, and behind it, so that a file is of the encoding.
+  /// What stands before the text, and behind it, so that a file is of the encoding. A mark with zeros behind
+  /// it would be that of another.
   std::string Front() const {
-    return GetParam() == Utf8 ? Utf8Mark : GetParam() == CodePage ? "" : Utf16(U"", GetParam());
+    return GetParam() == Utf8 ? Utf8Mark : GetParam() == CodePage ? "" : Utf16(U".", GetParam());
   }
   std::string Back() const { return GetParam() == CodePage ? "\xFF" : ""; }
 

@@ -70,6 +70,8 @@ TEST(ProblemText, NamesTheFileAsItIsShown) {
             "Can't replace in a\xE2\x90\x8A\xEF\xBF\xBD.txt. The replacement has characters that the file's "
             "encoding "
             "does not.");
+  EXPECT_EQ(ProblemText(ReplaceProblem::UnsupportedEncoding, "/a.txt"),
+            "Can't replace in /a.txt. It seems to be UTF-32 text, or UTF-16 text without a byte order mark.");
 }
 
 // --- Which files

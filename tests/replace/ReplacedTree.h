@@ -81,7 +81,8 @@ class ReplacedTree : public testing::Test {
     Lines boxes;
     Events events(*this);
     ReplaceEngine engine(*Files, Options, events, Rows, [&](ReplaceProblem problem, const ReplaceRow& row) {
-      boxes.push_back((problem == ReplaceProblem::CannotOpen ? "!open " : "!encode ") + Below(row.Path));
+      constexpr const char* Kinds[] = {"!open ", "!encode ", "!unsupported "};
+      boxes.push_back(Kinds[static_cast<int>(problem)] + Below(row.Path));
     });
     std::string end;
     try {

@@ -21,6 +21,65 @@ TEST(FindByteOrderMark, KnowsThree) {
     EXPECT_FALSE(FindByteOrderMark(bytes).has_value()) << bytes;
 }
 
+bool IsUnsupported(const std::string& bytes) { return IsUnsupportedUnicode(bytes, bytes.size()); }
+
+std::string Utf32(std::u32string_view text, bool bigEndian) {
+  std::string bytes;
+  for (const char32_t character : text)
+    for (int i = 0; i < 4; ++i) bytes += static_cast<char>(character >> (bigEndian ? 24 - 8 * i : 8 * i));
+  return bytes;
+}
+
+TEST(IsUnsupportedUnicode, KnowsUtf32AndUtf16WithoutAMark) {
+  for (const std::u32string_view text :
+       {U"x", U"One line,\r\n\ta second one.\r\n", U"\u0100\u0200 na\u00EFve", U"\u0434\u0430, \u03B1",
+        U"\u05D0\u05D1 \u0645", U"mostly \u4E2D\u6587\u3002"}) {
+    EXPECT_TRUE(IsUnsupported(Encode(text, Utf16Le).value()));
+    EXPECT_TRUE(IsUnsupported(Encode(text, Utf16Be).value()));
+    EXPECT_TRUE(IsUnsupported(Utf32(text, false)));
+    EXPECT_TRUE(IsUnsupported(Utf32(text, true)));
+  }
+  const std::u32string marked = U"\uFEFF\u4E2D";
+  EXPECT_TRUE(IsUnsupported(Utf32(marked, false)));
+  EXPECT_TRUE(IsUnsupported(Utf32(marked, true)));
+  EXPECT_FALSE(IsUnsupported(Encode(marked + U"text", Utf16Le).value()));
+  EXPECT_FALSE(IsUnsupported(Encode(marked + U"text", Utf16Be).value()));
+}
+
+TEST(IsUnsupportedUnicode, KnowsThemByTheirBegin) {
+  const std::string begin = Encode(std::u32string_view(U"text"), Utf16Le).value();
+  EXPECT_TRUE(IsUnsupportedUnicode(begin + "t", 1 << 20));
+  EXPECT_FALSE(IsUnsupportedUnicode(begin, 1001));
+}
+
+TEST(IsUnsupportedUnicode, LeavesBytesWithNulsAlone) {
+  using namespace std::string_literals;
+  std::string everyByte;
+  for (int byte = 0; byte < 256; ++byte) everyByte += static_cast<char>(byte);
+  std::string records;
+  for (int i = 0; i < 100; ++i) records += "1234567\0"s;
+  std::string counts;
+  for (int i = 0; i < 300; ++i) counts += {static_cast<char>(i % 50), 0, 0, 0};
+  std::string samples;
+  for (int i = 0; i < 300; ++i)
+    samples += {static_cast<char>(i * 37), static_cast<char>(i % 2 == 0 ? 0 : -1)};
+  for (const std::string& bytes :
+       {""s, "text"s, "\0"s, "x\0x"s, "name\0value\0"s, "a\r\nb\0c\r\n"s, "text" + std::string(100, '\0'),
+        std::string(100, '\0'), everyByte, records, counts, samples})
+    EXPECT_FALSE(IsUnsupported(bytes)) << testing::PrintToString(bytes);
+}
+
+TEST(TallyUtf8, TellsCharactersFromStrayBytes) {
+  const std::string bytes =
+      std::string(70, 'x') + "\xC3\xA9\xE9 \xF0\x9F\x98\x80\x80\xE2\x82" + std::string(70, 'x');
+  Utf8Tally tally;
+  EXPECT_EQ(TallyUtf8(bytes, 0, bytes.size(), tally), bytes.size());
+  EXPECT_EQ(tally.Characters, 2);
+  EXPECT_EQ(tally.Strays, 4);
+  EXPECT_EQ(TallyUtf8(bytes, 70, 71, tally), 72u);
+  EXPECT_EQ(tally.Characters, 3);
+}
+
 TEST(Encode, FollowsEveryEncoding) {
   using namespace std::string_literals;
   const std::u32string text = U"a\u00E9\u20AC";
