@@ -38,8 +38,8 @@ class FileCounter {
   void LookAhead();
 
   /// The count of the next row's file; nothing for one that holds no bytes. While it is not there yet, `tick`
-  /// is called, which may throw. Raises what went wrong with this file, FileSystemError most likely; then
-  /// there is no next one.
+  /// is called, which may throw. Raises what went wrong with this file, FileSystemError most likely; the
+  /// next call gives the next file's count all the same.
   std::optional<std::int64_t> Next();
 
  private:

@@ -18,6 +18,10 @@ struct StoppedByUser {};
 
 constexpr std::int64_t LargestCount = std::numeric_limits<std::int32_t>::max();
 
+bool IsMissing(const FileSystemError& error) {
+  return error.Kind() == FileError::FileNotFound || error.Kind() == FileError::PathNotFound;
+}
+
 }  // namespace
 
 std::vector<std::string> ParseList(std::string_view text) { return SplitList(TidyList(Lower(text))); }
@@ -96,10 +100,7 @@ bool ReplaceEngine::ProcessFiles() try {
     if (mProgress.Stopped()) return false;
     ReplaceRow& row = mRows[mItem++];
     Tell("Working - ", row.Path);
-    if (mOptions.ReplaceMode)
-      Replace(row);
-    else
-      Find(row);
+    Process(row);
     AddToTotal(row);
     mProgress.DoEvents();
   }
@@ -107,6 +108,25 @@ bool ReplaceEngine::ProcessFiles() try {
 } catch (const StoppedByUser&) {
   --mItem;  // it was given up
   return false;
+}
+
+/// A file that is gone keeps its row, without a result.
+void ReplaceEngine::Process(ReplaceRow& row) try {
+  if (mOptions.ReplaceMode)
+    Replace(row);
+  else
+    Find(row);
+} catch (const FileSystemError& error) {
+  if (!IsMissing(error) || !IsGone(row.Path)) throw;
+}
+
+/// A drive that is taken out, or a folder that goes as a whole, has no files any more either; that is no
+/// reason to go on.
+bool ReplaceEngine::IsGone(const std::string& path) const try {
+  if (mFiles.FolderExists(mOptions.Folder)) mFiles.GetFile(path);
+  return false;
+} catch (const FileSystemError& error) {
+  return IsMissing(error);
 }
 
 void ReplaceEngine::Find(ReplaceRow& row) { SetResult(row, ReplaceResult::Kind::Found, mCounter->Next()); }

@@ -54,7 +54,8 @@ class OverflowError : public std::runtime_error {
 using ReplaceProblemSink = std::function<void(ReplaceProblem, const ReplaceRow&)>;
 
 /// Counts a phrase in the files of a folder, and replaces it. ScanFolder appends the files to the rows,
-/// ProcessFiles gives each row its result, in order. One object makes one run.
+/// ProcessFiles gives each row its result, in order: all but those of files that are gone by then. One object
+/// makes one run.
 class ReplaceEngine {
  public:
   ReplaceEngine(FileSystemObject& files, ReplaceOptions options, Progress& progress, ReplaceRows& rows,
@@ -78,8 +79,10 @@ class ReplaceEngine {
  private:
   void ListFolder(const std::string& path, std::vector<std::string>& pending);
   void ListFiles(Folder& folder);
+  void Process(ReplaceRow& row);
   void Find(ReplaceRow& row);
   void Replace(ReplaceRow& row);
+  bool IsGone(const std::string& path) const;
   static void SetResult(ReplaceRow& row, ReplaceResult::Kind kind, std::optional<std::int64_t> count);
   void AddToTotal(const ReplaceRow& row);
   void Tell(std::string_view what, std::string_view path);

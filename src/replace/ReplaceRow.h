@@ -23,7 +23,8 @@ struct ReplaceRow {
 /// Hundreds of thousands of them: a list that grows without moving what it has.
 using ReplaceRows = std::deque<ReplaceRow>;
 
-/// "3 matches found", "3 matches replaced", "File has 0 size"; nothing for a file whose turn has not come.
+/// "3 matches found", "3 matches replaced", "File has 0 size"; nothing for a file whose turn has not come, or
+/// that was gone when it came.
 std::string ResultText(const ReplaceResult& result);
 
 /// "14 total matches were replaced".

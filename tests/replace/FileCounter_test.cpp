@@ -137,6 +137,19 @@ TEST_F(FileCounterTest, AnErrorComesAtItsPlace) {
   for (const std::size_t threads : {0, 1, 2, 4}) EXPECT_TRUE(TakeAll(threads) == expected) << threads;
 }
 
+TEST_F(FileCounterTest, CountsGoOnBehindAnError) {
+  AddFilesOfAllKinds(200);
+  const Lines expected = TakeAll(0);
+  Tree.Remove("100");
+  for (const std::size_t threads : {0, 2}) {
+    FileCounter counter(
+        *Files, "\xC3\xA9", Rows, [] {}, threads);
+    EXPECT_EQ(Take(counter, 200).back(), "error 53 " + Rows[100].Path);
+    const Lines rest = Take(counter, 99);
+    EXPECT_TRUE(std::equal(rest.begin(), rest.end(), expected.begin() + 101, expected.end())) << threads;
+  }
+}
+
 TEST_F(FileCounterTest, WhateverCallFailsTheCountsBeforeAreRight) {
   AddFilesOfAllKinds(600);
   const Lines expected = TakeAll(0);

@@ -216,13 +216,6 @@ TEST_F(Changing, AFolderThatGoesDuringTheScanEndsIt) {
   EXPECT_EQ(Find("x"), (Lines{"a.txt: ", "error 76 sub"}));
 }
 
-TEST_F(Changing, AFolderThatGoesAfterTheScanEndsTheRun) {
-  Tree.File("t/a.txt", "x");
-  Tree.File("t/sub/b.txt", "x");
-  AfterResults(1, [this] { Tree.Remove("t/sub"); });
-  EXPECT_EQ(Find("x"), (Lines{"a.txt: 1 matches found", "sub/b.txt: ", "error 53 sub/b.txt"}));
-}
-
 TEST_F(Changing, FilesThatComeAfterTheScanAreNotLookedInto) {
   Tree.File("t/a.txt", "x");
   AfterResults(1, [this] { Tree.File("t/b.txt", "x"); });
