@@ -1,9 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +24,13 @@ inline constexpr char LineEnd[] = "\r\n";
 inline constexpr char LineEnd[] = "\n";
 #endif
 
+/// Which file it is, whatever names lead to it.
+struct FileIdentity {
+  std::uint64_t Volume = 0;
+  std::uint64_t Number = 0;
+  auto operator<=>(const FileIdentity&) const = default;
+};
+
 /// Reads a file as the bytes it holds, up to the size it was opened with: one that others add to all the time
 /// has an end as well. Its calls raise FileSystemError.
 class TextReader {
@@ -30,6 +39,8 @@ class TextReader {
   /// The file's size in bytes when it was opened. Files of the kernel's that tell none are read until nothing
   /// comes.
   virtual std::uint64_t Size() const = 0;
+  /// Of a file that had several names (hard links) when it was opened; nothing for all others.
+  virtual std::optional<FileIdentity> SharedIdentity() const = 0;
   /// Up to `size` bytes into `buffer`; fewer only where the file ends, 0 at its end.
   virtual std::size_t Read(char* buffer, std::size_t size) = 0;
   /// Everything that is left of the file.

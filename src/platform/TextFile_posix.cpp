@@ -28,6 +28,11 @@ class FileReader final : public TextReader {
 
   std::uint64_t Size() const override { return static_cast<std::uint64_t>(mOpened.st_size); }
 
+  std::optional<FileIdentity> SharedIdentity() const override {
+    if (mOpened.st_nlink < 2) return std::nullopt;
+    return FileIdentity{mOpened.st_dev, mOpened.st_ino};
+  }
+
   std::size_t Read(char* buffer, std::size_t size) override {
     Open();
     const std::size_t wanted = TellsNoSize() ? size : std::min<std::uint64_t>(size, Left());
@@ -91,16 +96,17 @@ class FileReader final : public TextReader {
 }  // namespace
 
 /// Looked at before it is opened, since opening a pipe or device can hang or do something; the one look-up
-/// tells the size as well. An empty file waits until somebody wants to read it nevertheless.
+/// tells the size as well. An empty file waits until somebody wants to read it nevertheless; so does one of
+/// several names, which may be known by another.
 std::unique_ptr<TextReader> OpenText(Location&& location) {
   const std::string& path = location.Path();
   struct stat status {};
   if (fstatat(location.Folder(), location.Name(), &status, location.LookUpFlags()) != 0)
     Raise(errno, path, FileError::FileNotFound);
   if (!S_ISREG(status.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
-  Handle file = status.st_size > 0
-                    ? OpenToRead(location.Folder(), location.Name(), location.OpenFlags(), path)
-                    : Handle();
+  const bool isWanted = status.st_size > 0 && status.st_nlink < 2;
+  Handle file =
+      isWanted ? OpenToRead(location.Folder(), location.Name(), location.OpenFlags(), path) : Handle();
   return std::make_unique<FileReader>(std::move(file), status, location.TakeParent(), path);
 }
 

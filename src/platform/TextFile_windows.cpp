@@ -18,6 +18,12 @@ class FileReader final : public TextReader {
     return std::uint64_t{mOpened.nFileSizeHigh} << 32 | mOpened.nFileSizeLow;
   }
 
+  std::optional<FileIdentity> SharedIdentity() const override {
+    if (mOpened.nNumberOfLinks < 2) return std::nullopt;
+    return FileIdentity{mOpened.dwVolumeSerialNumber,
+                        std::uint64_t{mOpened.nFileIndexHigh} << 32 | mOpened.nFileIndexLow};
+  }
+
   std::size_t Read(char* buffer, std::size_t size) override {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, Size() - mAt));
     std::size_t done = 0;

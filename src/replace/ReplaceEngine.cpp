@@ -133,12 +133,22 @@ void ReplaceEngine::Find(ReplaceRow& row) { SetResult(row, ReplaceResult::Kind::
 
 void ReplaceEngine::Replace(ReplaceRow& row) {
   auto file = OpenUnlessEmpty(*mFiles, row.Path);
+  if (file && IsKnown(*file, row)) return;
   SetResult(row, ReplaceResult::Kind::Replaced,
             file ? std::optional(mReplacer->CountMatches(*file)) : std::nullopt);
   if (row.Result.Count == 0) return;
   const auto problem = mReplacer->ReplaceText();
   file.reset();
   if (problem) mProblem(*problem, row);
+}
+
+/// True where an earlier row has the file by another name.
+bool ReplaceEngine::IsKnown(const TextReader& file, ReplaceRow& row) {
+  const auto identity = file.SharedIdentity();
+  if (!identity) return false;
+  const auto [first, isNew] = mFirstRows.try_emplace(*identity, static_cast<std::int32_t>(mItem - 1));
+  if (!isNew) row.Result = {ReplaceResult::Kind::SameFile, first->second};
+  return !isNew;
 }
 
 /// Without a count it is a file of no size.
@@ -151,8 +161,8 @@ void ReplaceEngine::SetResult(ReplaceRow& row, ReplaceResult::Kind kind, std::op
 }
 
 void ReplaceEngine::AddToTotal(const ReplaceRow& row) {
-  if (row.Result.Count > LargestCount - mTotal) throw OverflowError(row.Path);
-  mTotal += row.Result.Count;
+  if (row.Result.Matches() > LargestCount - mTotal) throw OverflowError(row.Path);
+  mTotal += row.Result.Matches();
 }
 
 void ReplaceEngine::Tell(std::string_view what, std::string_view path) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -54,8 +55,9 @@ class OverflowError : public std::runtime_error {
 using ReplaceProblemSink = std::function<void(ReplaceProblem, const ReplaceRow&)>;
 
 /// Counts a phrase in the files of a folder, and replaces it. ScanFolder appends the files to the rows,
-/// ProcessFiles gives each row its result, in order: all but those of files that are gone by then. One object
-/// makes one run.
+/// ProcessFiles gives each row its result, in order: all but those of files that are gone by then. A file
+/// that has several names counts under each of them, but is replaced under the first alone. One object makes
+/// one run.
 class ReplaceEngine {
  public:
   ReplaceEngine(FileSystemObject& files, ReplaceOptions options, Progress& progress, ReplaceRows& rows,
@@ -82,6 +84,7 @@ class ReplaceEngine {
   void Process(ReplaceRow& row);
   void Find(ReplaceRow& row);
   void Replace(ReplaceRow& row);
+  bool IsKnown(const TextReader& file, ReplaceRow& row);
   bool IsGone(const std::string& path) const;
   static void SetResult(ReplaceRow& row, ReplaceResult::Kind kind, std::optional<std::int64_t> count);
   void AddToTotal(const ReplaceRow& row);
@@ -97,6 +100,7 @@ class ReplaceEngine {
   // One of them: files are only counted ahead, and one that is replaced is touched by nobody else.
   const std::unique_ptr<FileCounter> mCounter;
   const std::unique_ptr<FileReplacer> mReplacer;
+  std::map<FileIdentity, std::int32_t> mFirstRows;  // of files with several names, by their first
   std::string mMessage;
   std::size_t mItem = 0;
   std::int32_t mTotal = 0;

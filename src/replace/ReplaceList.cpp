@@ -56,10 +56,16 @@ QVariant ReplaceList::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return isFile ? ToShownText(row.Path) : QString::fromStdString(ResultText(row.Result));
     case Qt::ToolTipRole:
-      return isFile ? ToToolTip(ToShownText(row.Path)) : QVariant();
+      return ToToolTip(isFile ? ToShownText(row.Path) + NoteOn(row) : NoteOn(row).trimmed());
     default:
       return {};
   }
+}
+
+/// A line of the tool tip.
+QString ReplaceList::NoteOn(const ReplaceRow& row) const {
+  if (row.Result.What != ReplaceResult::Kind::SameFile) return {};
+  return u'\n' + QString::fromStdString(SameFileText(mRows[static_cast<std::size_t>(row.Result.Count)].Path));
 }
 
 QVariant ReplaceList::headerData(int section, Qt::Orientation orientation, int role) const {

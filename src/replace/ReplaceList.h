@@ -37,6 +37,7 @@ class ReplaceList : public QAbstractTableModel {
 
  private:
   void PublishResults(int items);
+  QString NoteOn(const ReplaceRow& row) const;
 
   ReplaceRows mRows;
   QString mResultHeader;

@@ -13,9 +13,14 @@ std::string ResultText(const ReplaceResult& result) {
     case ReplaceResult::Kind::Found:
       return std::to_string(result.Count) + " matches found";
     case ReplaceResult::Kind::Replaced:
-      return std::to_string(result.Count) + " matches replaced";
+    case ReplaceResult::Kind::SameFile:
+      return std::to_string(result.Matches()) + " matches replaced";
   }
   return {};
+}
+
+std::string SameFileText(std::string_view first) {
+  return "Same file as " + ShownText(first) + " (hard link): see the result there.";
 }
 
 std::string TotalText(std::int32_t total, bool replaceMode) {

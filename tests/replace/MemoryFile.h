@@ -14,6 +14,7 @@ class MemoryFile final : public TextReader {
   explicit MemoryFile(std::string content) : Content(std::move(content)) {}
 
   std::uint64_t Size() const override { return Content.size(); }
+  std::optional<FileIdentity> SharedIdentity() const override { return std::nullopt; }
   std::size_t Read(char* buffer, std::size_t size) override {
     const std::size_t length = Content.copy(buffer, size, mAt);
     mAt += length;

@@ -111,6 +111,16 @@ TEST_F(Links, OfTheHardKindStayTogether) {
   EXPECT_EQ(StatusOf("t/a.txt").st_ino, StatusOf("t/b.other").st_ino);
 }
 
+TEST_F(Links, OfTheHardKindAreNotOpenedAgain) {
+  Tree.File("t/a.txt", "x");
+  Tree.File("t/b.txt", "x");
+  ASSERT_EQ(link(Tree.Path("t/a.txt").c_str(), Tree.Path("t/c.txt").c_str()), 0);
+  AfterResults(2, [this] { Mode("t/a.txt", 0); });
+  const WithoutPrivileges asAnyUser;
+  EXPECT_EQ(Replace("x", "y"), (Lines{"a.txt: 1 matches replaced", "b.txt: 1 matches replaced",
+                                      "c.txt: 0 matches replaced", "2 total matches were replaced"}));
+}
+
 // --- Pipes and sockets
 
 TEST_F(SpecialFiles, AreNeverOpened) {

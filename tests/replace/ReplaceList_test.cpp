@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextDocument>
 
 #include "controls/ListView.h"
 #include "support/IsolatedSettings.h"
@@ -137,6 +138,25 @@ class ReplaceListTest : public QObject {
     QCOMPARE(Cell(list, 0, ReplaceList::FileColumn), u"/t/<b>caf\ufffd\u240a"_s);
     const QString tip = list.index(0, ReplaceList::FileColumn).data(Qt::ToolTipRole).toString();
     QVERIFY(tip.contains(u"/t/&lt;b&gt;caf"_s));
+  }
+
+  void AnotherNameOfAFileSaysWhereItsResultIs() {
+    ReplaceList list;
+    list.Rows().push_back({"/t/<a>", {ReplaceResult::Kind::Replaced, 7}});
+    list.Rows().push_back({"/t/b", {ReplaceResult::Kind::Replaced, 0}});
+    list.Rows().push_back({"/t/c", {ReplaceResult::Kind::SameFile, 0}});
+    list.Publish(3);
+    const auto tip = [&](int row, int column) {
+      QTextDocument shown;
+      shown.setHtml(list.index(row, column).data(Qt::ToolTipRole).toString());
+      return shown.toPlainText();
+    };
+    QCOMPARE(Cell(list, 2, ReplaceList::ResultColumn), u"0 matches replaced"_s);
+    QCOMPARE(tip(2, ReplaceList::FileColumn),
+             u"/t/c\nSame file as /t/<a> (hard link): see the result there."_s);
+    QCOMPARE(tip(2, ReplaceList::ResultColumn), u"Same file as /t/<a> (hard link): see the result there."_s);
+    QCOMPARE(tip(1, ReplaceList::FileColumn), u"/t/b"_s);
+    QCOMPARE(tip(1, ReplaceList::ResultColumn), QString());
   }
 
   void HundredsOfThousandsOfRowsComeAndGo() {

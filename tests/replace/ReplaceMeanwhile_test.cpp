@@ -1,7 +1,9 @@
+#include <filesystem>
+
 #include "replace/ReplacedTree.h"
 #include "support/FailingFileSystem.h"
 
-// Files that go during a run.
+// Files that go during a run, and files of several names.
 
 namespace brackwell {
 namespace {
@@ -16,9 +18,19 @@ class ReplaceMeanwhile : public ReplacedTree {
       step();
     };
   }
+  void HardLink(const std::string& old, const std::string& name) {
+    std::filesystem::create_hard_link(Tree.Path(old), Tree.Path(name));
+  }
+  /// The note on a row that has the same file as another.
+  std::string FirstNameOf(std::size_t row) const {
+    const ReplaceResult& result = Rows[row].Result;
+    if (result.What != ReplaceResult::Kind::SameFile) return "<none>";
+    return Below(Rows[static_cast<std::size_t>(result.Count)].Path);
+  }
 };
 
 using Gone = ReplaceMeanwhile;
+using HardLinks = ReplaceMeanwhile;
 
 // --- Files that go
 
@@ -61,6 +73,51 @@ TEST_F(Gone, OnlyASecondLookTells) {
     Files = std::make_unique<FailingFileSystem>(failAt, FileError::FileNotFound);
     EXPECT_EQ(Find("x"), (Lines{"a.txt: ", "0 total matches were found"})) << failAt;
   }
+}
+
+// --- Files of several names
+
+TEST_F(HardLinks, AreReplacedInUnderTheFirstName) {
+  Tree.File("t/a.txt", "x");
+  Tree.File("t/b.txt", "x");
+  HardLink("t/b.txt", "t/c.txt");
+  HardLink("t/b.txt", "t/sub.txt");
+  HardLink("t/b.txt", "t/z.other");
+  EXPECT_EQ(Replace("x", "xx"),
+            (Lines{"a.txt: 1 matches replaced", "b.txt: 1 matches replaced", "c.txt: 0 matches replaced",
+                   "sub.txt: 0 matches replaced", "2 total matches were replaced"}));
+  for (const char* name : {"b.txt", "c.txt", "sub.txt", "z.other"})
+    EXPECT_EQ(Tree.Read(std::string("t/") + name), "xx") << name;
+  EXPECT_EQ(FirstNameOf(1), "<none>");
+  EXPECT_EQ(FirstNameOf(2), "b.txt");
+  EXPECT_EQ(FirstNameOf(3), "b.txt");
+}
+
+TEST_F(HardLinks, CountUnderEachName) {
+  Tree.File("t/a.txt", "x");
+  HardLink("t/a.txt", "t/b.txt");
+  EXPECT_EQ(Find("x"),
+            (Lines{"a.txt: 1 matches found", "b.txt: 1 matches found", "2 total matches were found"}));
+}
+
+TEST_F(HardLinks, ThatHaveToBeLeftAreToldOnce) {
+  Tree.File("t/a.txt", "x");
+  HardLink("t/a.txt", "t/b.txt");
+  Tree.SetReadOnly("t/a.txt");
+  EXPECT_EQ(Replace("x", "y"), (Lines{"a.txt: 1 matches replaced", "b.txt: 0 matches replaced", "!open a.txt",
+                                      "1 total matches were replaced"}));
+  EXPECT_EQ(FirstNameOf(1), "a.txt");
+  EXPECT_EQ(Tree.Read("t/b.txt"), "x");
+}
+
+TEST_F(HardLinks, AreForgottenByTheNextRun) {
+  Tree.File("t/a.txt", "x");
+  HardLink("t/a.txt", "t/b.txt");
+  for (const char* name : {"a", "b"}) {
+    EXPECT_EQ(Replace("x", "xx").front(),
+              "a.txt: " + std::to_string(*name == 'a' ? 1 : 2) + " matches replaced");
+  }
+  EXPECT_EQ(Tree.Read("t/b.txt"), "xxxx");
 }
 
 }  // namespace

@@ -64,6 +64,7 @@ class FailingReader final : public TextReader {
   FailingReader(std::function<void()> count, std::unique_ptr<TextReader> real)
       : mCount(std::move(count)), mReal(std::move(real)) {}
   std::uint64_t Size() const override { return mReal->Size(); }
+  std::optional<FileIdentity> SharedIdentity() const override { return mReal->SharedIdentity(); }
   std::size_t Read(char* buffer, std::size_t size) override {
     mCount();
     return mReal->Read(buffer, size);
