@@ -68,6 +68,18 @@ struct ItemProperties : ItemDetails {
   std::string ParentFolder;  // its path; empty for a root
 };
 
+/// Differs once another folder has taken this one's place, or a member was added, removed or renamed, even if
+/// the modification time was set back. Two changes within one tick of the file system's clock look the same:
+/// a state read right after LastChanged proves nothing.
+struct FolderState {
+  std::uint64_t Volume = 0;
+  std::uint64_t Index = 0;
+  std::uint64_t ModificationTicks = 0;  // in the finest unit of the system
+  std::uint64_t ChangeTicks = 0;        // likewise; 0 if the file system keeps no change time
+  DateTime LastChanged{};               // the later of the two
+  bool operator==(const FolderState&) const = default;
+};
+
 /// An open folder. It holds a handle of the system's: let go of it before descending.
 class Folder {
  public:
@@ -75,6 +87,8 @@ class Folder {
 
   virtual const std::string& Path() const = 0;
   virtual ItemProperties Properties() const = 0;
+  /// The state now, even if the members were read earlier.
+  virtual FolderState State() const = 0;
 
   /// The folder's members in OrderOfNames. Read on the first call of either and kept. Everything that is not
   /// a folder is a file, pipes and sockets included.

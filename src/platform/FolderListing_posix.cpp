@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 
@@ -19,6 +20,11 @@ FileStatus StatusOf(const struct stat& status) {
   return {.IsFolder = S_ISDIR(status.st_mode),
           .Size = S_ISDIR(status.st_mode) ? 0 : static_cast<std::uint64_t>(status.st_size),
           .DateLastModified = DateTime(std::chrono::seconds(status.st_mtim.tv_sec))};
+}
+
+/// Wraps around for dates far away, which is fine for telling times apart.
+std::uint64_t TicksOf(const timespec& time) {
+  return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(time.tv_nsec);
 }
 
 DateTime DateOf(const statx_timestamp& time) { return DateTime(std::chrono::seconds(time.tv_sec)); }
@@ -62,6 +68,16 @@ class Listing final : public Folder {
     ItemProperties properties = PropertiesAt(mHandle.Get(), "", mPath);
     if (IsLink(properties.Path)) properties.Attributes |= Attribute::Alias;
     return properties;
+  }
+
+  FolderState State() const override {
+    struct stat status {};
+    if (fstat(mHandle.Get(), &status) != 0) Raise(errno, mPath);
+    return {.Volume = status.st_dev,
+            .Index = status.st_ino,
+            .ModificationTicks = TicksOf(status.st_mtim),
+            .ChangeTicks = TicksOf(status.st_ctim),
+            .LastChanged = DateTime(std::chrono::seconds(std::max(status.st_mtime, status.st_ctime)))};
   }
 
   const std::vector<Member>& Files() override {

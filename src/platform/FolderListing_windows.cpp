@@ -1,5 +1,6 @@
 #include "platform/FolderListing_windows.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "platform/MemberList.h"
@@ -10,12 +11,15 @@ namespace {
 constexpr unsigned KnownAttributes = Attribute::ReadOnly | Attribute::Hidden | Attribute::System |
                                      Attribute::Directory | Attribute::Archive | Attribute::Compressed;
 
-DateTime DateOf(const FILETIME& time) {
+DateTime DateOf(std::int64_t ticks) {
   constexpr std::int64_t TicksPerSecond = 10'000'000;
   constexpr std::int64_t SecondsFrom1601To1970 = 11'644'473'600;
-  const auto ticks = static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
   if (ticks == 0) return {};
   return DateTime(std::chrono::seconds(ticks / TicksPerSecond - SecondsFrom1601To1970));
+}
+
+DateTime DateOf(const FILETIME& time) {
+  return DateOf(static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime));
 }
 
 FileStatus StatusOf(const Found& found) {
@@ -89,6 +93,22 @@ class Listing final : public Folder {
     const auto found = FindFollowing(mPath);
     if (!found) throw FileSystemError(FileError::PathNotFound, mPath);
     return PropertiesOf(*found, mPath);
+  }
+
+  FolderState State() const override {
+    const Handle folder = Open(NativePath(mPath), FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+    BY_HANDLE_FILE_INFORMATION place;
+    FILE_BASIC_INFO times;
+    if (!folder.IsOpen() || !GetFileInformationByHandle(folder.Get(), &place) ||
+        !GetFileInformationByHandleEx(folder.Get(), FileBasicInfo, &times, sizeof times))
+      Raise(GetLastError(), mPath);
+    const std::int64_t modified = times.LastWriteTime.QuadPart;
+    const std::int64_t changed = times.ChangeTime.QuadPart;
+    return {.Volume = place.dwVolumeSerialNumber,
+            .Index = std::uint64_t{place.nFileIndexHigh} << 32 | place.nFileIndexLow,
+            .ModificationTicks = static_cast<std::uint64_t>(modified),
+            .ChangeTicks = static_cast<std::uint64_t>(changed),
+            .LastChanged = DateOf(std::max(modified, changed))};
   }
 
   const std::vector<Member>& Files() override {

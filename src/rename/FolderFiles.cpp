@@ -1,20 +1,16 @@
 #include "rename/FolderFiles.h"
 
 namespace brackwell {
-namespace {
-
-DateTime Now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
-
-}  // namespace
 
 const std::vector<std::string>& FolderFiles::Read(const std::string& path) {
   try {
     const auto folder = mFiles.GetFolder(path);
-    if (path == mFolder && IsKept(*folder)) return mNames;
-    // Before the names: what changes after this is noticed the next time.
-    mRead = Now();
-    mModified = folder->Properties().DateLastModified;
-    mIdentity = mFiles.Identity(path);
+    // Taken before the names are read, so that the next call notices changes made meanwhile.
+    const DateTime now = mNow();
+    const FolderState state = folder->State();
+    if (path == mFolder && IsKept(state)) return mNames;
+    mRead = now;
+    mState = state;
     ReadNames(*folder);
     mFolder = path;
     return mNames;
@@ -39,12 +35,11 @@ void FolderFiles::ReadNames(Folder& folder) {
   }
 }
 
-/// Dates are whole seconds, on some file systems two of them: what was read in the same moment in which the
-/// folder changed may have changed once more.
-bool FolderFiles::IsKept(const Folder& folder) const {
+/// Some file systems store times in units of two seconds, so names that were read right after a change may
+/// have changed once more without leaving a trace.
+bool FolderFiles::IsKept(const FolderState& state) const {
   constexpr auto Moment = std::chrono::seconds(3);
-  return mModified + Moment < mRead && folder.Properties().DateLastModified == mModified &&
-         mFiles.Identity(folder.Path()) == mIdentity;
+  return state == mState && mState.LastChanged + Moment < mRead;
 }
 
 }  // namespace brackwell

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,7 +22,10 @@ struct TakenNames {
 /// calls.
 class FolderFiles {
  public:
-  explicit FolderFiles(const FileSystemObject& files) : mFiles(files) {}
+  using Clock = std::function<DateTime()>;
+
+  explicit FolderFiles(const FileSystemObject& files, Clock now = Now)
+      : mFiles(files), mNow(std::move(now)) {}
 
   /// In the order of every listing. Raises where the folder is not there or cannot be read; nothing is kept
   /// then.
@@ -31,14 +36,15 @@ class FolderFiles {
   void Forget() { mFolder.clear(); }
 
  private:
-  bool IsKept(const Folder& folder) const;
+  static DateTime Now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
+  bool IsKept(const FolderState& state) const;
   void ReadNames(Folder& folder);
 
   const FileSystemObject& mFiles;
+  const Clock mNow;
   std::string mFolder;  // whose names are kept; empty for none
-  FolderIdentity mIdentity;
-  DateTime mModified;
-  DateTime mRead;
+  FolderState mState;   // before they were read
+  DateTime mRead;       // a moment before that
   std::vector<std::string> mNames;
   TakenNames mTaken;
 };

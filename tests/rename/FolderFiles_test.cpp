@@ -4,6 +4,7 @@
 
 #include "support/ErrorNumber.h"
 #include "support/FailingFileSystem.h"
+#include "support/LetTimePass.h"
 #include "support/TempTree.h"
 
 namespace brackwell {
@@ -17,6 +18,8 @@ class FolderFilesTest : public testing::Test {
     for (const char* name : {"b.jpg", "A.jpg", "c"}) mTree.File(std::string("folder/") + name);
     mTree.Folder("folder/sub");
     mTree.SetModified("folder", 0);
+    const FolderState state = mFiles.GetFolder(mTree.Path("folder"))->State();
+    mNow = state.LastChanged + std::chrono::hours(1);
   }
   Names Read(const std::string& name = "folder") { return mFolder.Read(mTree.Path(name)); }
   /// How many calls that look at the disk one Read takes.
@@ -28,7 +31,8 @@ class FolderFilesTest : public testing::Test {
 
   TempTree mTree;
   FailingFileSystem mFiles;
-  FolderFiles mFolder{mFiles};
+  DateTime mNow;  // when the folder has been the same for a while, unless a test says otherwise
+  FolderFiles mFolder{mFiles, [this] { return mNow; }};
 };
 
 TEST_F(FolderFilesTest, AreTheFilesInTheOrderOfEveryListing) {
@@ -47,8 +51,26 @@ TEST_F(FolderFilesTest, AreReadAgainWhenTheFolderHasChanged) {
   Read();
   mTree.File("folder/new.jpg");
   EXPECT_EQ(Read(), (Names{"A.jpg", "b.jpg", "c", "new.jpg"}));
+  LetTimePass();
   mTree.Remove("folder/c");
   EXPECT_EQ(Read(), (Names{"A.jpg", "b.jpg", "new.jpg"}));
+}
+
+TEST_F(FolderFilesTest, AreReadAgainWhereTheModificationTimeWasPutBack) {
+  Read();
+  LetTimePass();
+  mTree.File("folder/new.jpg");
+  mTree.SetModified("folder", 0);
+  EXPECT_EQ(Read(), (Names{"A.jpg", "b.jpg", "c", "new.jpg"}));
+}
+
+TEST_F(FolderFilesTest, AreReadAgainWhereTheFolderHadChangedJustBefore) {
+  mNow -= std::chrono::hours(1);
+  const int first = CallsOfRead();
+  EXPECT_EQ(CallsOfRead(), first);
+  mNow += std::chrono::hours(1);
+  EXPECT_EQ(CallsOfRead(), first);
+  EXPECT_LT(CallsOfRead(), first);
 }
 
 TEST_F(FolderFilesTest, AreReadAgainInAnotherFolder) {
@@ -61,9 +83,9 @@ TEST_F(FolderFilesTest, AreReadAgainInAnotherFolder) {
 
 TEST_F(FolderFilesTest, AreReadAgainInAnotherFolderOfTheSameNameAndTime) {
   Read();
+  LetTimePass();
   mTree.Remove("folder");
-  mTree.Folder("taken");  // so that the new one is not made where the old one was
-  mTree.File("folder/x");
+  mTree.File("folder/x");  // some file systems put the new folder where the old one was
   mTree.SetModified("folder", 0);
   EXPECT_EQ(Read(), Names{"x"});
 }

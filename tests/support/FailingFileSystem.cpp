@@ -15,6 +15,10 @@ class FailingFolder final : public Folder {
     mOwner.Count(Path());
     return mReal->Properties();
   }
+  FolderState State() const override {
+    mOwner.Count(Path());
+    return mReal->State();
+  }
   const std::vector<Member>& Files() override {
     mOwner.Count(Path());
     return mReal->Files();
