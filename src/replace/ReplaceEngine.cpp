@@ -123,7 +123,7 @@ void ReplaceEngine::Process(ReplaceRow& row) try {
 /// A drive that is taken out, or a folder that goes as a whole, has no files any more either; that is no
 /// reason to go on.
 bool ReplaceEngine::IsGone(const std::string& path) const try {
-  if (mFiles.FolderExists(mOptions.Folder)) mFiles.GetFile(path);
+  if (mFiles->FolderExists(mOptions.Folder)) mFiles->GetFile(path);
   return false;
 } catch (const FileSystemError& error) {
   return IsMissing(error);

@@ -7,6 +7,7 @@
 
 #include "common/Settings.h"
 #include "compare/ComparisonWindow.h"
+#include "support/When.h"
 
 namespace brackwell {
 
@@ -99,7 +100,7 @@ class frmCompareInfoTest : public QObject {
     window.Compare();
     auto& grid = window.Get<FlexGrid>("grdCompare");
     grid.setCurrentIndex(grid.model()->index(0, 1));
-    QTimer::singleShot(50, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+    InDialog([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     QTest::keyClick(&grid, Qt::Key_Return);
     QVERIFY(!QApplication::activeModalWidget());
   }
@@ -111,11 +112,10 @@ class frmCompareInfoTest : public QObject {
     QStringList asked;
     window.Lent.ShowHelp = [&](const QString& key) { asked << key; };
     Qt::WindowModality modality = Qt::NonModal;
-    QTimer::singleShot(100, [&] {
-      QWidget* dialog = QApplication::activeModalWidget();
-      modality = dialog->windowModality();
-      QTest::keySequence(dialog, QKeySequence(u"F1"_s));
-      QTest::keyClick(dialog, Qt::Key_Escape);
+    InDialog([&](QWidget& dialog) {
+      modality = dialog.windowModality();
+      QTest::keySequence(&dialog, QKeySequence(u"F1"_s));
+      QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     DoubleClick(window, 0);
     QCOMPARE(asked, QStringList{u"frmCompareInfo"_s});
@@ -127,12 +127,11 @@ class frmCompareInfoTest : public QObject {
     window.Tree.File("s/a", "12345");
     window.Tree.File("t/a", "1");
     window.Compare();
-    QTimer::singleShot(100, [] {
-      QWidget* dialog = QApplication::activeModalWidget();
-      auto* grid = dialog->findChild<FlexGrid*>(u"grdProperties"_s);
+    InDialog([](QWidget& dialog) {
+      auto* grid = dialog.findChild<FlexGrid*>(u"grdProperties"_s);
       grid->selectAll();
       QTest::keyClick(grid, Qt::Key_C, Qt::ControlModifier);
-      QTest::keyClick(dialog, Qt::Key_Escape);
+      QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     DoubleClick(window, 0);
     const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
@@ -163,11 +162,12 @@ class frmCompareInfoTest : public QObject {
     window.Files.OnCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(20)); };
     const int before = window.Files.Calls();
     bool wasBusy = false;
-    QTimer::singleShot(200, [&wasBusy] {
+    const auto isReading = [&] {
+      return QApplication::activeModalWidget() && window.Files.Calls() > before + 3;
+    };
+    When(isReading, [&wasBusy] {
       wasBusy = QApplication::overrideCursor() && QApplication::overrideCursor()->shape() == Qt::WaitCursor;
-      qobject_cast<QDialog*>(QApplication::activeModalWidget())
-          ->findChild<QPushButton*>(u"cmdClose"_s)
-          ->click();
+      QApplication::activeModalWidget()->findChild<QPushButton*>(u"cmdClose"_s)->click();
     });
     DoubleClick(window, 0);
     QVERIFY(window.Files.Calls() - before < 60);
@@ -185,11 +185,11 @@ class frmCompareInfoTest : public QObject {
     window.Compare();
     int room = 0;
     int needed = 0;
-    QTimer::singleShot(100, [&] {
-      auto* grid = QApplication::activeModalWidget()->findChild<FlexGrid*>(u"grdProperties"_s);
+    InDialog([&](QWidget& dialog) {
+      auto* grid = dialog.findChild<FlexGrid*>(u"grdProperties"_s);
       room = grid->columnWidth(1);
       needed = static_cast<QAbstractItemView*>(grid)->sizeHintForColumn(1);
-      qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+      QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     DoubleClick(window, 0);
     QApplication::setFont(usual);
@@ -205,21 +205,36 @@ class frmCompareInfoTest : public QObject {
     QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, place);
   }
 
+  /// Whether the dialog has read all that it shows.
+  static bool IsFilled(const QWidget& dialog) {
+    const QAbstractItemModel& model = *dialog.findChild<FlexGrid*>(u"grdProperties"_s)->model();
+    const QString texts = model.index(0, 0).data().toString() + model.index(0, 2).data().toString();
+    return !texts.isEmpty() && !QApplication::overrideCursor();
+  }
+
+  /// Calls `step` with the dialog once it takes keys and has read all.
+  static void InDialog(const std::function<void(QWidget&)>& step) {
+    When(
+        [] {
+          const QWidget* dialog = QApplication::activeModalWidget();
+          return dialog && dialog->isActiveWindow() && IsFilled(*dialog);
+        },
+        [step] { step(*QApplication::activeModalWidget()); });
+  }
+
   static Details Open(ComparisonWindow& window, int row) {
     Details details;
-    QTimer::singleShot(100, [&] {
-      auto* dialog = qobject_cast<frmCompareInfo*>(QApplication::activeModalWidget());
-      QVERIFY(dialog);
-      QCOMPARE(dialog->windowTitle(), u"Comparison Object Details"_s);
-      details.Object = dialog->findChild<QLabel*>(u"lblObject"_s)->text();
-      const QAbstractItemModel& model = *dialog->findChild<FlexGrid*>(u"grdProperties"_s)->model();
+    InDialog([&](QWidget& dialog) {
+      QCOMPARE(dialog.windowTitle(), u"Comparison Object Details"_s);
+      details.Object = dialog.findChild<QLabel*>(u"lblObject"_s)->text();
+      const QAbstractItemModel& model = *dialog.findChild<FlexGrid*>(u"grdProperties"_s)->model();
       details.Rows = model.rowCount();
       for (int column = 0; column < 3; ++column)
         details.Headers << model.headerData(column, Qt::Horizontal).toString();
       for (int i = 0; i < model.rowCount(); ++i)
         details.Values[model.index(i, 1).data().toString()] = {model.index(i, 0).data().toString(),
                                                                model.index(i, 2).data().toString()};
-      dialog->findChild<QPushButton*>(u"cmdClose"_s)->click();
+      dialog.findChild<QPushButton*>(u"cmdClose"_s)->click();
     });
     DoubleClick(window, row);
     return details;

@@ -18,6 +18,7 @@
 #include "support/LargeFolder.h"
 #include "support/MessageBoxes.h"
 #include "support/TempTree.h"
+#include "support/When.h"
 
 // Comparisons and fixes in the program as it is, while its user does something else.
 
@@ -32,11 +33,6 @@ void PostClick(QWidget& widget) {
   for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
     QCoreApplication::postEvent(&widget, new QMouseEvent(type, place, widget.mapToGlobal(place),
                                                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier));
-}
-
-/// Calls `step` as soon as `ready`, whoever lets events run.
-void When(const std::function<bool()>& ready, const std::function<void()>& step) {
-  QTimer::singleShot(1, qApp, [=] { ready() ? step() : When(ready, step); });
 }
 
 QMessageBox* ShownBoxNow() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }

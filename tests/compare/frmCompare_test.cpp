@@ -6,11 +6,11 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTimer>
 #include <thread>
 
 #include "common/Settings.h"
 #include "compare/ComparisonWindow.h"
+#include "support/When.h"
 
 namespace brackwell {
 
@@ -412,13 +412,12 @@ class frmCompareTest : public QObject {
     QCOMPARE(bench.Compare().size(), 2);
   }
 
-  // What happens in the middle of a run: every folder takes its time, and `MeanWhile` is called from the
-  // events that the run lets through.
+  // What happens in the middle of a run.
 
   void EscStopsAndKeepsTheRows() {
     ComparisonWindow bench;
     TakeTime(bench);
-    QTimer::singleShot(100, bench.Form, [&] {
+    InTheMiddle(bench, [&] {
       QVERIFY(bench.Form->IsRunning());
       QVERIFY(bench.Status().startsWith(u"Checking "_s));
       QVERIFY(QGuiApplication::overrideCursor());
@@ -435,7 +434,7 @@ class frmCompareTest : public QObject {
   void ASecondCompareStartsAnew() {
     ComparisonWindow bench;
     TakeTime(bench);
-    QTimer::singleShot(100, bench.Form, [&] {
+    InTheMiddle(bench, [&] {
       QVERIFY(bench.Form->IsRunning());
       bench.Files.OnCall = nullptr;
       bench.Tree.File("s/added");
@@ -451,7 +450,7 @@ class frmCompareTest : public QObject {
     ComparisonWindow bench;
     TakeTime(bench);
     bool wasRunning = false;
-    QTimer::singleShot(100, bench.Form, [&] {
+    InTheMiddle(bench, [&] {
       wasRunning = bench.Form->IsRunning();
       bench.Click("cmdClose");
       QVERIFY(bench.Form);  // still on the stack
@@ -477,7 +476,7 @@ class frmCompareTest : public QObject {
     TakeTime(first);
     second.Tree.File("s/a");
     QStringList inner;
-    QTimer::singleShot(100, first.Form, [&] { inner = second.Compare(); });
+    InTheMiddle(first, [&] { inner = second.Compare(); });
     QCOMPARE(first.Compare().size(), 2 * FolderCount);
     QCOMPARE(inner.size(), 1);
   }
@@ -486,7 +485,7 @@ class frmCompareTest : public QObject {
     ComparisonWindow bench;
     bench.Tree.File("s/zzz");
     TakeTime(bench);
-    QTimer::singleShot(100, bench.Form, [&] {
+    InTheMiddle(bench, [&] {
       QCOMPARE(bench.Lines().first(), u"zzz | Source file was not found in target folder | - | o"_s);
       bench.ClickCell(0, 5);
     });
@@ -501,13 +500,13 @@ class frmCompareTest : public QObject {
     bench.ClickCell(0, 5);
     bench.ClickCell(1, 5);
     bench.Files.OnCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(50)); };
-    QTimer::singleShot(20, bench.Form, [&] {
-      QVERIFY(bench.Form->IsRunning());
-      bench.ClickCell(1, 5);
-      bench.Click("cmdClose");
-      bench.Click("cmdFix");
-      bench.Get<QPushButton>("cmdFix").click();  // as a screen reader presses it
-    });
+    When([&] { return bench.Form->IsRunning(); },
+         [&] {
+           bench.ClickCell(1, 5);
+           bench.Click("cmdClose");
+           bench.Click("cmdFix");
+           bench.Get<QPushButton>("cmdFix").click();  // as a screen reader presses it
+         });
     bench.Click("cmdFix");
     QVERIFY(bench.Form && bench.Form->isVisible());
     QCOMPARE(bench.Boxes.TakeTexts(), QStringList{u"2 files/folders have been fixed."_s});
@@ -520,6 +519,10 @@ class frmCompareTest : public QObject {
   static void TakeTime(ComparisonWindow& bench) {
     bench.BothFiles(FolderCount);
     bench.Files.OnCall = [] { std::this_thread::sleep_for(std::chrono::milliseconds(5)); };
+  }
+  /// Calls `step` while a comparison runs that has found something.
+  static void InTheMiddle(ComparisonWindow& bench, const std::function<void()>& step) {
+    When([&bench] { return bench.Form->IsRunning() && bench.Form->Grid().rowCount() > 1; }, step);
   }
 };
 

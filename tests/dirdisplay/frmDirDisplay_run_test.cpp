@@ -6,6 +6,7 @@
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
 #include "support/LargeFolder.h"
+#include "support/When.h"
 
 // What the Display button does.
 
@@ -355,19 +356,10 @@ void frmDirDisplayRunTest::TheProgramEndsInTheMiddleOfARun() {
   form->findChild<QCheckBox*>(u"chkIncludeFolders"_s)->click();
   QAbstractItemModel& items = *form->findChild<ListView*>(u"lvwFileInfo"_s)->model();
   items.setData(items.index(0, 0), Qt::Checked, Qt::CheckStateRole);
-  bool wasRunning = false;
   QTimer::singleShot(0, form->findChild<QPushButton*>(u"cmdDisplay"_s), &QPushButton::click);
-  QTimer untilItRuns;
-  connect(&untilItRuns, &QTimer::timeout, &main, [&] {
-    if (!form || !form->IsRunning()) return;
-    untilItRuns.stop();
-    wasRunning = true;
-    main.close();
-  });
-  untilItRuns.start(0);
+  When([form] { return form && form->IsRunning(); }, [&] { main.close(); });
   QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(1); });
   QCOMPARE(QApplication::exec(), 0);
-  QVERIFY(wasRunning);
   QVERIFY(!main.isVisible());
   QTRY_VERIFY(!form);
 }

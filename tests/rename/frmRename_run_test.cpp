@@ -2,12 +2,12 @@
 #include <QTimer>
 #include <QToolButton>
 #include <chrono>
-#include <functional>
 #include <thread>
 
 #include "rename/RenameWindow.h"
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
+#include "support/When.h"
 
 // Renaming while its user does something else.
 
@@ -16,11 +16,6 @@ namespace brackwell {
 namespace {
 
 constexpr int Many = 40;
-
-/// Calls `step` as soon as `ready`, whoever lets events run.
-void When(const std::function<bool()>& ready, const std::function<void()>& step) {
-  QTimer::singleShot(1, qApp, [=] { ready() ? step() : When(ready, step); });
-}
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include "shell/ToolTable.h"
 #include "shell/frmMain.h"
 #include "support/LargeFolder.h"
+#include "support/When.h"
 
 // Runs whose user does something else meanwhile, and runs that come to a bad end.
 
@@ -18,11 +19,6 @@ namespace {
 
 constexpr int FileCount = 20;
 constexpr int ManyFiles = 500;  // which are counted ahead
-
-/// Calls `step` as soon as `ready`, whoever lets events run.
-void When(const std::function<bool()>& ready, const std::function<void()>& step) {
-  QTimer::singleShot(1, qApp, [=] { ready() ? step() : When(ready, step); });
-}
 
 void PostClick(QWidget& widget) {
   const QPointF place = widget.rect().center();
