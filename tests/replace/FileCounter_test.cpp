@@ -174,9 +174,13 @@ TEST_F(FileCounterTest, TicksWhileNothingComes) {
   while (Rows.size() < 50) AddAgain("a");
   int ticks = 0;
   FileCounter counter(
-      files, "x", Rows, [&] { mayGoOn = ++ticks == 3; }, 2);
+      files, "x", Rows,
+      [&] {
+        if (++ticks == 3) mayGoOn = true;
+      },
+      2);
   EXPECT_EQ(counter.Next(), 1);
-  EXPECT_EQ(ticks, 3);
+  EXPECT_GE(ticks, 3);
 }
 
 TEST_F(FileCounterTest, EndsInTheMiddleOfALargeFile) {
