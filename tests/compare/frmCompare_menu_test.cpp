@@ -1,7 +1,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QElapsedTimer>
 #include <QMenu>
+#include <QSignalSpy>
 #include <QTimer>
 
 #include "compare/ComparisonWindow.h"
@@ -242,7 +242,7 @@ class frmCompareMenuTest : public QObject {
     QCOMPARE(Boxes(window), u"newer.txt:oo older:xo only s.txt:-o only t.txt:o- size:oo x:-o y:o-"_s);
   }
 
-  void AMillionRowsAreTickedAtOnce() {
+  void AMillionRowsAreTickedInOneChange() {
     const frmImages images;
     CompareGrid rows(ComparePictures::From(images));
     FlexGrid grid;
@@ -252,16 +252,12 @@ class frmCompareMenuTest : public QObject {
       rows.AddCompareRow(MakeRow(ResultKind::SourceFileNewer, std::to_string(row)));
     rows.Publish();
     rows.RemoveEmptyRow();
-    QElapsedTimer timer;
-    timer.start();
+    const QSignalSpy changes(&rows, &CompareGrid::dataChanged);
     rows.TickRows(TickAll::NewerToOlder);
-    grid.viewport()->grab();
-    const qint64 ticked = timer.restart();
+    QCOMPARE(changes.count(), 1);
     QCOMPARE(rows.Rows().back().FixTarget, FixBox::On);
     grid.selectAll();
     QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
-    qInfo("ticked in %lld ms, copied in %lld ms", ticked, timer.elapsed());
-    QVERIFY(ticked < 1000);
     QCOMPARE(QGuiApplication::clipboard()->text().count(u'\n'), 999'999);
   }
 };

@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
@@ -37,15 +36,19 @@ class Rows : public QAbstractTableModel {
                                    : QVariant();
   }
   QVariant data(const QModelIndex& index, int role) const override {
+    ++mAsked;
     if (index.column() == 0 && role == Qt::DecorationRole) return mPicture;
     if (index.column() == 0 && role == Qt::AccessibleTextRole) return u"Folder"_s;
     if (index.column() == 1 && role == Qt::DisplayRole) return QString::number(index.row());
     return {};
   }
 
+  int TimesAsked() const { return mAsked; }
+
  private:
   int mCount;
   QIcon mPicture;
+  mutable int mAsked = 0;
 };
 
 /// The part of a picture that has the colour.
@@ -254,18 +257,16 @@ class FlexGrid_test : public QObject {
     QCOMPARE(grid.ColumnElide(0), Qt::ElideRight);
   }
 
-  void AMillionRowsShowAtOnce() {
+  void OfAMillionRowsOnlyThoseThatShowAreAskedFor() {
     Rows rows(1'000'000);
     FlexGrid grid;
-    QElapsedTimer clock;
-    clock.start();
     grid.setModel(&rows);
     grid.resize(600, 400);
     grid.show();
     grid.scrollToBottom();
     grid.grab();
     QVERIFY(grid.indexAt(QPoint(5, grid.viewport()->height() - 30)).row() > 999'000);
-    QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(rows.TimesAsked() < 2'000, qPrintable(QString::number(rows.TimesAsked())));
   }
 };
 

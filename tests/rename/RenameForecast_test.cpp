@@ -1,7 +1,5 @@
 #include "rename/RenameForecast.h"
 
-#include <chrono>
-
 #include "rename/RenamedFolder.h"
 
 namespace brackwell {
@@ -155,23 +153,6 @@ TEST_F(RenameForecast, EveryFateButTheGoodOneHasItsText) {
   EXPECT_EQ(WarningText({.What = Fate::GivenBefore, .IsWrapped = true}),
             "A file further up gets this name, so this one keeps its old one.\n"
             "The number has outgrown its width, so only its last digits are kept.");
-}
-
-TEST_F(RenameForecast, OfAHundredThousandFilesIsQuick) {
-  WorkList list;
-  TakenNames taken;
-  for (int file = 0; file < 100'000; ++file) {
-    list.push_back({.Name = "IMG_" + std::to_string(file) + ".jpg", .Number = {}});
-    taken.All.Add(NameCounts::KeyOf(list.back().Name));
-  }
-  const Naming naming = ReadNaming("img_", "000001").value();
-  AssignNewNames(list, naming);
-  const auto start = std::chrono::steady_clock::now();
-  const auto forecasts = Forecast(list, naming, false, taken);
-  const auto time = std::chrono::steady_clock::now() - start;
-  EXPECT_EQ(forecasts.size(), list.size());
-  RecordProperty("ms", int(std::chrono::duration_cast<std::chrono::milliseconds>(time).count()));
-  EXPECT_LT(time, std::chrono::seconds(2));
 }
 
 }  // namespace

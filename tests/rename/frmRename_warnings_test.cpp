@@ -1,6 +1,5 @@
 #include <QAccessible>
 #include <QClipboard>
-#include <QElapsedTimer>
 
 #include "rename/RenameWindow.h"
 
@@ -212,30 +211,6 @@ class frmRenameWarningsTest : public QObject {
     window.Move(0).click();
     window.View().viewport()->grab();
     QCOMPARE(window.Files.Calls(), calls);
-  }
-
-  void AHundredThousandFilesStayQuick() {
-    RenameWindow window;
-    RenameList& list = window.Form->List();
-    WorkList items;
-    TakenNames taken;
-    for (int file = 0; file < 100'000; ++file) {
-      items.push_back({.Name = "IMG_" + std::to_string(file) + ".jpg", .Number = {}});
-      taken.All.Add(NameCounts::KeyOf(items.back().Name));
-    }
-    list.SetItems(items);
-    list.SetTakenNames(false, taken);
-    window.SetNames(u"img_"_s, u"000001"_s);
-    list.SetTakenNames(false, taken);
-    window.Select(50'000);
-    QElapsedTimer timer;
-    timer.start();
-    for (int step = 0; step < 3; ++step) {
-      window.Move(1).click();
-      window.View().viewport()->grab();
-    }
-    qInfo("a move among 100,000 files, painted: %lld ms", timer.elapsed() / 3);
-    QVERIFY(timer.elapsed() < 6'000);
   }
 };
 
