@@ -38,15 +38,6 @@ std::uint64_t SizeOf(const BY_HANDLE_FILE_INFORMATION& file) {
   return std::uint64_t{file.nFileSizeHigh} << 32 | file.nFileSizeLow;
 }
 
-/// What a link leads to, so that the link stays.
-std::string TargetOf(const Handle& file, const std::string& path) {
-  Found found;
-  if (LookUp(path, found) != ERROR_SUCCESS || !found.IsLink) return path;
-  const std::string target = FinalPath(file);
-  if (target.empty()) throw FileSystemError(FileError::PathFileAccess, path);
-  return target;
-}
-
 using Security = std::vector<std::byte>;
 
 /// Nothing where the file system keeps none or it may not be known.
@@ -181,8 +172,9 @@ std::unique_ptr<TextWriter> RewriteFile(std::shared_ptr<Handle> file,
                                         Tick tick) {
   if ((opened.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0)
     throw FileSystemError(FileError::PermissionDenied, path);
-  std::string target = TargetOf(*file, path);
-  return std::make_unique<FileRewriter>(std::move(file), opened, std::move(target), std::move(tick));
+  const auto found = FindItem(path);
+  if (found && found->IsLink) throw FileSystemError(FileError::PathFileAccess, path);
+  return std::make_unique<FileRewriter>(std::move(file), opened, path, std::move(tick));
 }
 
 }  // namespace brackwell::win32

@@ -108,13 +108,6 @@ class Folder {
   virtual void Rename(const std::string& name, const std::string& newName) = 0;
 };
 
-/// Tells two folders apart whatever paths lead to them.
-struct FolderIdentity {
-  std::uint64_t Volume = 0;
-  std::uint64_t Index = 0;
-  bool operator==(const FolderIdentity&) const = default;
-};
-
 class FileSystemObject {
  public:
   virtual ~FileSystemObject() = default;
@@ -133,7 +126,6 @@ class FileSystemObject {
   virtual ItemProperties GetFile(const std::string& path) const = 0;
   /// Raises PathNotFound where there is no folder. `tick` is called while the members are read.
   virtual std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick = {}) const = 0;
-  virtual FolderIdentity Identity(const std::string& folder) const = 0;
   /// True where `folder` is `ancestor` or lies below it, whatever links lead to them. Both must exist.
   virtual bool LiesWithin(const std::string& folder, const std::string& ancestor) const = 0;
 

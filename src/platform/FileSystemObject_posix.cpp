@@ -85,21 +85,11 @@ class PosixFileSystem final : public FileSystemObject {
     return posix::OpenListing(Location(path, mRoots), tick);
   }
 
-  FolderIdentity Identity(const std::string& folder) const override {
-    const Location location(folder, mRoots);
-    struct stat status {};
-    if (fstatat(location.Folder(), location.Name(), &status, location.LookUpFlags()) != 0)
-      Raise(errno, folder);
-    return {status.st_dev, status.st_ino};
-  }
-
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
-    const FolderIdentity wanted = Identity(ancestor);
+    const FileIdentity wanted = IdentityOf(posix::OpenFolder(Location(ancestor, mRoots)), ancestor);
     Handle at = posix::OpenFolder(Location(folder, mRoots));
-    for (FolderIdentity last{};;) {
-      struct stat status {};
-      if (fstat(at.Get(), &status) != 0) Raise(errno, folder);
-      const FolderIdentity here{status.st_dev, status.st_ino};
+    for (FileIdentity last{};;) {
+      const FileIdentity here = IdentityOf(at, folder);
       if (here == wanted) return true;
       if (here == last) return false;  // the root is its own parent
       last = here;
@@ -185,6 +175,12 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
  private:
+  static FileIdentity IdentityOf(const Handle& folder, const std::string& path) {
+    struct stat status {};
+    if (fstat(folder.Get(), &status) != 0) Raise(errno, path);
+    return {status.st_dev, status.st_ino};
+  }
+
   /// Nothing where there is no item or none can be seen.
   std::optional<bool> IsFolder(const std::string& path) const try {
     const Location location(path, mRoots);

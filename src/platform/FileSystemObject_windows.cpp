@@ -81,16 +81,12 @@ class WindowsFileSystem final : public FileSystemObject {
     return win32::OpenListing(path, tick);
   }
 
-  FolderIdentity Identity(const std::string& folder) const override {
-    return IdentityOf(OpenFolder(folder), folder);
-  }
-
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
-    const FolderIdentity wanted = Identity(ancestor);
+    const FileIdentity wanted = IdentityOf(ancestor);
     std::string at = win32::FinalPath(OpenFolder(folder));
     if (at.empty()) at = win32::UsualPath(NativePath(folder));  // some file systems cannot tell
     for (; !at.empty(); at = ParentPath(at))
-      if (Identity(at) == wanted) return true;
+      if (IdentityOf(at) == wanted) return true;
     return false;
   }
 
@@ -198,7 +194,8 @@ class WindowsFileSystem final : public FileSystemObject {
     return folder;
   }
 
-  static FolderIdentity IdentityOf(const Handle& folder, const std::string& path) {
+  static FileIdentity IdentityOf(const std::string& path) {
+    const Handle folder = OpenFolder(path);
     BY_HANDLE_FILE_INFORMATION information;
     if (!GetFileInformationByHandle(folder.Get(), &information)) Raise(GetLastError(), path);
     return {information.dwVolumeSerialNumber,

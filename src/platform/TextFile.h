@@ -49,12 +49,12 @@ class TextReader {
   virtual void Rewind() = 0;
   /// A writer of new content for this file; the reader may go first. Close puts the new content in the old
   /// one's place, so that the file is wholly old or wholly new at every moment, even if the program is
-  /// killed. Owner, mode, access lists, extended attributes, other names of the file and a link that led to
-  /// it stay as they are; it counts as modified now. Close ends the reading, too. Any error leaves the file
-  /// as it was. Raises PermissionDenied (read-only, even for an administrator; not to be written by this
-  /// user; open for writing in another program, where the system tells, which Close looks at as well); Close
-  /// raises PathFileAccess where the file has changed since it was opened, DiskFull, ... Close calls `tick`,
-  /// which must not throw here, while it copies into the file that is there.
+  /// killed. Owner, mode, access lists, extended attributes and other names of the file stay as they are; it
+  /// counts as modified now. Close ends the reading, too. Any error leaves the file as it was. Throws
+  /// PermissionDenied (read-only, even for an administrator; not to be written by this user; open for writing
+  /// in another program, where the system tells, which Close looks at as well), PathFileAccess (opened
+  /// through a link); Close throws PathFileAccess where the file has changed since it was opened, DiskFull,
+  /// ... Close calls `tick`, which must not throw here, while it copies into the file that is there.
   virtual std::unique_ptr<TextWriter> Rewrite(Tick tick = {}) = 0;
 };
 

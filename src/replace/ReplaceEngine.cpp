@@ -59,13 +59,22 @@ bool ReplaceEngine::ScanFolder() {
     while (!pending.empty()) {
       const std::string next = std::move(pending.back());
       pending.pop_back();
-      ListFolder(next, pending);
+      ListUnlessGone(next, pending);
       DoEvents();
     }
     return true;
   } catch (const StoppedByUser&) {
     return false;
   }
+}
+
+/// A subfolder may go, or become a link, once it has been listed.
+void ReplaceEngine::ListUnlessGone(const std::string& path, std::vector<std::string>& pending) try {
+  ListFolder(path, pending);
+} catch (const FileSystemError& error) {
+  const bool isGone = error.Kind() == FileError::PathNotFound && path != mOptions.Folder &&
+                      !mFiles->FolderExists(path) && mFiles->FolderExists(mOptions.Folder);
+  if (!isGone) throw;
 }
 
 /// Its files before its subfolders, and those before whatever else is pending.

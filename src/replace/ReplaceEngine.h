@@ -79,6 +79,7 @@ class ReplaceEngine {
   std::int32_t Total() const { return mTotal; }
 
  private:
+  void ListUnlessGone(const std::string& path, std::vector<std::string>& pending);
   void ListFolder(const std::string& path, std::vector<std::string>& pending);
   void ListFiles(Folder& folder);
   void Process(ReplaceRow& row);

@@ -526,14 +526,6 @@ TEST_F(TextStreams, RefuseWhatCannotBeWritten) {
 
 // --- Which folder is which
 
-TEST_F(Places, AFolderHasOneIdentity) {
-  mTree.Folder("a");
-  mTree.Folder("b");
-  EXPECT_EQ(mFiles->Identity(mTree.Path("a")), mFiles->Identity(mTree.Root("a")));
-  EXPECT_FALSE(mFiles->Identity(mTree.Path("a")) == mFiles->Identity(mTree.Path("b")));
-  EXPECT_EQ(ErrorNumber([&] { mFiles->Identity(mTree.Path("none")); }), 76);
-}
-
 TEST_F(Places, AFolderLiesWithinItselfAndThoseAboveIt) {
   mTree.Folder("a/b/c");
   mTree.Folder("a2");

@@ -217,11 +217,27 @@ TEST_F(Rights, ModesAndOwnersStay) {
 
 // --- What changes meanwhile
 
-TEST_F(Changing, AFolderThatGoesDuringTheScanEndsIt) {
+TEST_F(Changing, FoldersThatGoDuringTheScanAreLeftOut) {
+  Tree.File("outside/d.txt", "x");
+  Tree.File("t/a.txt", "x");
+  Tree.File("t/sub/b.txt", "x");
+  Tree.File("t/swapped/d.txt", "x");
+  Tree.File("t/there/c.txt", "x");
+  OnEvents = [this] {
+    if (Rows.empty() || !Tree.Exists("t/sub")) return;
+    Tree.Remove("t/sub");
+    Tree.Remove("t/swapped");
+    Link("../outside", "t/swapped");
+  };
+  EXPECT_EQ(Find("x"),
+            (Lines{"a.txt: 1 matches found", "there/c.txt: 1 matches found", "2 total matches were found"}));
+}
+
+TEST_F(Changing, TheChosenFolderThatGoesDuringTheScanEndsIt) {
   Tree.File("t/a.txt", "x");
   Tree.File("t/sub/b.txt", "x");
   OnEvents = [this] {
-    if (!Rows.empty()) Tree.Remove("t/sub");
+    if (!Rows.empty()) Tree.Remove("t");
   };
   EXPECT_EQ(Find("x"), (Lines{"a.txt: ", "error 76 sub"}));
 }

@@ -129,11 +129,6 @@ std::unique_ptr<Folder> FailingFileSystem::GetFolder(const std::string& path, co
   return std::make_unique<FailingFolder>(*this, mReal->GetFolder(path, tick));
 }
 
-FolderIdentity FailingFileSystem::Identity(const std::string& folder) const {
-  Count(folder);
-  return mReal->Identity(folder);
-}
-
 bool FailingFileSystem::LiesWithin(const std::string& folder, const std::string& ancestor) const {
   Count(folder);
   return mReal->LiesWithin(folder, ancestor);

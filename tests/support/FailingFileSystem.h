@@ -26,7 +26,6 @@ class FailingFileSystem final : public FileSystemObject {
   bool FolderExists(const std::string& path) const override;
   ItemProperties GetFile(const std::string& path) const override;
   std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick = {}) const override;
-  FolderIdentity Identity(const std::string& folder) const override;
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override;
   std::string Drive(const std::string& path) const override;
   std::string ShortName(const std::string& path) const override;
