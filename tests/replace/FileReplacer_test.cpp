@@ -178,6 +178,7 @@ TEST(FileReplacer, LeavesOutWhatAFileHasLostMeanwhile) {
   class Shrinking final : public TextReader {
    public:
     std::uint64_t Size() const override { return 1000; }
+    std::optional<FileIdentity> SharedIdentity() const override { return std::nullopt; }
     std::size_t Read(char* buffer, std::size_t size) override {
       return std::exchange(mText, "").copy(buffer, size);
     }
