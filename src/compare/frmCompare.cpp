@@ -7,7 +7,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -29,6 +28,7 @@
 #include "compare/frmCompareInfo.h"
 #include "controls/ContextMenu.h"
 #include "controls/FlexGrid.h"
+#include "controls/LineEdit.h"
 #include "controls/StatusBar.h"
 #include "controls/uctSelectDir.h"
 #include "platform/TempFolder.h"
@@ -157,7 +157,7 @@ void frmCompare::BuildOptions() {
   const auto filter = [&](int row, QLabel*& heading, QLineEdit*& box, const QString& name,
                           const QString& caption) {
     heading = Named(new QLabel(caption, fraOptions), u"hdg"_s + name, caption);
-    box = Named(new QLineEdit(fraOptions), u"txt"_s + name, caption);
+    box = Named(new LineEdit(fraOptions), u"txt"_s + name, caption);
     box->setToolTip(u"Separate several with \";\""_s);
     box->installEventFilter(this);
     heading->setBuddy(box);

@@ -5,7 +5,6 @@
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QShortcut>
@@ -24,6 +23,7 @@
 #include "common/FormHelpers.h"
 #include "common/Settings.h"
 #include "controls/HelpPage.h"
+#include "controls/LineEdit.h"
 #include "help/HelpText.h"
 
 namespace brackwell {
@@ -63,7 +63,7 @@ QListWidget* NewList(const QString& name, const QString& accessibleName, QWidget
 
 /// Shows what it asks for until something is typed, and a button that clears it.
 QLineEdit* NewBox(const QString& name, const QString& prompt, QWidget* parent) {
-  auto* box = Named(new QLineEdit(parent), name, prompt);
+  auto* box = Named(new LineEdit(parent), name, prompt);
   box->setPlaceholderText(prompt);
   box->setClearButtonEnabled(true);
   box->findChild<QToolButton*>()->setAccessibleName(u"Clear"_s);

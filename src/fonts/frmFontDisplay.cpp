@@ -5,7 +5,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -20,6 +19,7 @@
 #include "common/NativeText.h"
 #include "common/Numeric.h"
 #include "common/RunProgram.h"
+#include "controls/LineEdit.h"
 #include "controls/ListView.h"
 #include "controls/WebView.h"
 #include "fonts/FontList.h"
@@ -154,7 +154,8 @@ QLayout* frmFontDisplay::BuildText() {
 
 QLayout* frmFontDisplay::BuildStyle() {
   hdgFontSize = NewHeading(u"hdgFontSize"_s, u"Si&ze (points)"_s, this);
-  txtFontSize = Named(new QLineEdit(u"12"_s, this), u"txtFontSize"_s, u"Size (points)"_s);
+  txtFontSize = Named(new LineEdit(this), u"txtFontSize"_s, u"Size (points)"_s);
+  txtFontSize->setText(u"12"_s);
   txtFontSize->setFixedWidth(txtFontSize->fontMetrics().horizontalAdvance(u"00000000"_s));
   hdgFontSize->setBuddy(txtFontSize);
   chkBold = NewStyleButton(u"chkBold"_s, u"Bold"_s);

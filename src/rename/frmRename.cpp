@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
@@ -20,6 +19,7 @@
 #include "common/NativeText.h"
 #include "common/Settings.h"
 #include "controls/FolderTree.h"
+#include "controls/LineEdit.h"
 #include "controls/ListView.h"
 #include "controls/StatusBar.h"
 #include "rename/RenameList.h"
@@ -118,7 +118,7 @@ void frmRename::BuildExtensions() {
   others->setSpacing(Spacing);
   others->addWidget(hdgOtherExtension);
   for (int i = 0; i < 2; ++i) {
-    txtOtherExtension[i] = Named(new QLineEdit(fraExtension), u"txtOtherExtension(%1)"_s.arg(i),
+    txtOtherExtension[i] = Named(new LineEdit(fraExtension), u"txtOtherExtension(%1)"_s.arg(i),
                                  i == 0 ? u"Other"_s : u"Other, second"_s);
     txtOtherExtension[i]->setToolTip(u"An extension without its dot, or * for all files"_s);
     txtOtherExtension[i]->installEventFilter(this);
@@ -170,8 +170,8 @@ QLayout* frmRename::BuildNaming() {
     label->setBuddy(box);
     return label;
   };
-  txtPrefix = Named(new QLineEdit(this), u"txtPrefix"_s, u"Filename Prefix"_s);
-  txtStartNum = Named(new QLineEdit(this), u"txtStartNum"_s, u"Starting Number"_s);
+  txtPrefix = Named(new LineEdit(this), u"txtPrefix"_s, u"Filename Prefix"_s);
+  txtStartNum = Named(new LineEdit(this), u"txtStartNum"_s, u"Starting Number"_s);
   txtStartNum->setToolTip(u"With as many leading zeros as the numbers shall have"_s);
   hdgPrefix = heading(u"hdgPrefix"_s, u"Filename Prefix"_s, txtPrefix);
   hdgStartNum = heading(u"hdgStartNum"_s, u"Starting Number"_s, txtStartNum);

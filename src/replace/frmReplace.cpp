@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -22,6 +21,7 @@
 #include "common/RunProgram.h"
 #include "common/Settings.h"
 #include "controls/ContextMenu.h"
+#include "controls/LineEdit.h"
 #include "controls/ListView.h"
 #include "controls/StatusBar.h"
 #include "controls/uctSelectDir.h"
@@ -101,7 +101,7 @@ void frmReplace::NewBox(QLabel*& heading, QLineEdit*& box, const QString& name, 
   heading = Named(new QLabel(caption, this), u"hdg"_s + name, caption);
   heading->setWordWrap(true);  // where the window is narrow
   heading->setToolTip(toolTip);
-  box = Named(new QLineEdit(this), u"txt"_s + name, caption);
+  box = Named(new LineEdit(this), u"txt"_s + name, caption);
   box->setToolTip(toolTip);
   heading->setBuddy(box);
 }

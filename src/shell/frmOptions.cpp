@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -12,6 +11,7 @@
 #include "common/FormHelpers.h"
 #include "common/MsgBox.h"
 #include "common/Program.h"
+#include "controls/LineEdit.h"
 
 namespace brackwell {
 
@@ -133,7 +133,7 @@ QGroupBox* frmOptions::BuildTextDelimFrame() {
   options[Tab] = NewControl<QRadioButton>(u"optDirDisplayTextDelim(0)"_s, u"Tab"_s, frame);
   options[Tab]->setProperty(TagProperty, u"CHR-9"_s);
   options[Other] = NewControl<QRadioButton>(u"optDirDisplayTextDelim(1)"_s, u"Other"_s, frame);
-  txtDirDisplayTextDelim = Named(new QLineEdit(frame), u"txtDirDisplayTextDelim"_s, u"Other"_s);
+  txtDirDisplayTextDelim = Named(new LineEdit(frame), u"txtDirDisplayTextDelim"_s, u"Other"_s);
   txtDirDisplayTextDelim->setEnabled(false);
 
   auto* layout = new QGridLayout(frame);

@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QClipboard>
 
 #include "replace/ReplaceWindow.h"
 
@@ -265,6 +266,18 @@ class frmReplaceTest : public QObject {
     window.Fill();
     window.Replace();
     QVERIFY(window.Boxes.Shown().back().Text.contains(u"<b>x.txt"_s));
+  }
+
+  void APhraseOfTwoLinesIsItsFirst() {
+    ReplaceWindow window;
+    window.Tree.File("t/a.txt", "Hello\nworld, hello world");
+    window.Fill({}, {});
+    QApplication::clipboard()->setText(u"hello\nworld"_s);
+    for (const char* box : {"txtFind", "txtReplace"})
+      QTest::keySequence(&window.Get<QLineEdit>(box), QKeySequence::Paste);
+    QCOMPARE(window.Get<QLineEdit>("txtFind").text(), u"hello"_s);
+    QCOMPARE(window.Get<QLineEdit>("txtReplace").text(), u"hello"_s);
+    QCOMPARE(window.Find(), QStringList{u"a.txt: 2 matches found"_s});
   }
 };
 

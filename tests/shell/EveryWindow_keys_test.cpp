@@ -1,6 +1,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -187,6 +188,8 @@ class EveryWindowKeysTest : public QObject {
   void TheFocusBeginsInTheWindow();
   void TabReachesEveryControlInOrder_data() { AddEveryWindow(); }
   void TabReachesEveryControlInOrder();
+  void BoxesTakeOneLine_data() { AddEveryWindow(); }
+  void BoxesTakeOneLine();
 };
 
 void EveryWindowKeysTest::NoTwoControlsShareAnAccelerator() {
@@ -262,6 +265,22 @@ void EveryWindowKeysTest::TabReachesEveryControlInOrder() {
   });
   QCOMPARE(missed.join(u'\n'), QString());
   QCOMPARE(jumps.join(u'\n'), QString());
+}
+
+/// The folder dialog's box has to hold names of folders, which may have more lines than one.
+void EveryWindowKeysTest::BoxesTakeOneLine() {
+  QFETCH(int, window);
+  QStringList others;
+  ShowWindow(window, [&](QWidget& shown) {
+    QApplication::clipboard()->setText(u"1\n2"_s);
+    for (auto* box : shown.findChildren<QLineEdit*>()) {
+      if (shown.objectName() == u"BrowseFF"_s || !box->isEnabled() || box->isReadOnly()) continue;
+      box->selectAll();
+      box->paste();
+      if (box->text() != u"1"_s) others << PathOf(*box);
+    }
+  });
+  QCOMPARE(others.join(u'\n'), QString());
 }
 
 }  // namespace brackwell
