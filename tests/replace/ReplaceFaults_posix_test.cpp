@@ -4,12 +4,15 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <fstream>
 
 #include "replace/ReplacedTree.h"
+#include "support/Child_posix.h"
 #include "support/FailingFileSystem.h"
 #include "support/FullDisk_posix.h"
 #include "support/WithoutPrivileges_posix.h"
@@ -358,6 +361,16 @@ TEST_F(Sizes, ManyFiles) {
               0);
   close(folder);
   EXPECT_EQ(Find("X").back(), std::to_string(Count) + " total matches were found");
+}
+
+TEST_F(Sizes, ManyFilesWithoutThreads) {
+  constexpr int Count = 100;
+  for (int i = 0; i < Count; ++i) Tree.File("t/" + std::to_string(i) + ".txt", "x");
+  EXPECT_EQ(InChild([this] {
+              RefuseCall(SYS_clone3, -1, 0, EAGAIN);
+              return Find("X").back() == "100 total matches were found" ? 0 : 1;
+            }),
+            0);
 }
 
 TEST_F(Sizes, FoldersOfAnyDepth) {

@@ -23,12 +23,11 @@ bool TakeMountsOfItsOwn();
 bool ShrinkDisk(const std::string& place, std::size_t size);
 
 /// From here on the system call `number` fails with `error` where the low 32 bits of its argument at
-/// `position` (from 0) are `value`.
+/// `position` (from 0) are `value`; whatever its arguments, where that is negative.
 void RefuseCall(int number, int position, unsigned value, int error);
 
 /// From here on `step` is called, on a thread of its own, before this process or one that it begins makes the
-/// system call `number` with such an argument (or with any, where `position` is negative). It is given the
-/// number of the process, which waits meanwhile.
+/// system call `number` with such an argument. It is given the number of the process, which waits meanwhile.
 void BeforeCall(int number, int position, unsigned value, std::function<void(pid_t)> step);
 
 /// From here on this process finds no file system that knows unnamed files (O_TMPFILE), as on network drives.
