@@ -6,6 +6,7 @@
 #include <charconv>
 #include <exception>
 #include <functional>
+#include <new>
 
 #include "common/Files.h"
 #include "common/Progress.h"
@@ -38,7 +39,7 @@ std::string OutputName(DisplayFormat format) {
 class Description {
  public:
   Description(const FileSystemObject& files, const DisplayOptions& options, Progress& progress)
-      : mDocument("directory_display") {
+      : mDocument("directory_display", options.MemoryLimit.value_or(XmlMemory::UsualLimit())) {
     const bool isXml = options.Format == DisplayFormat::Xml;
     const int xmlType = isXml ? options.XmlType : 1;
     std::string path = options.Folder;
@@ -49,7 +50,7 @@ class Description {
     if (!scan.AddFolderNode(options.Folder, mDocument.Root(), xmlType)) throw StoppedByUser{};
   }
 
-  const XmlDocument& Document() const { return mDocument; }
+  XmlDocument& Document() { return mDocument; }
 
  private:
   void AddAttribute(const char* name, const std::string& value) {
@@ -61,7 +62,7 @@ class Description {
 
 std::string Transformed(const FileSystemObject& files, const DisplayOptions& options, const char* stylesheet,
                         Progress& progress, const ShowXslError& showError) {
-  const Description description(files, options, progress);
+  Description description(files, options, progress);
   std::string result =
       XmlApplyXsl(files, description.Document(), options.ProgramFolder + stylesheet, progress, showError);
   if (progress.Stopped()) throw StoppedByUser{};
@@ -107,12 +108,13 @@ class DocumentSaver {
  public:
   explicit DocumentSaver(PieceWriter& writer) : mWriter(writer) {}
 
-  void Save(xmlDoc* document) {
+  void Save(XmlDocument& document) {
     const XmlMessages messages;  // the error of the file says all
     xmlSaveCtxt* const context = Require(xmlSaveToIO(Write, nullptr, this, "UTF-8", 0));
-    xmlSaveDoc(context, document);
+    xmlSaveDoc(context, document.Get());
     xmlSaveClose(context);
     if (mError) std::rethrow_exception(mError);
+    if (document.Memory().IsExhausted()) throw std::bad_alloc();
   }
 
  private:
@@ -157,9 +159,9 @@ void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const s
                     Transformed(files, options, "/xml/dir_display_html.xsl", progress, showError));
       break;
     case DisplayFormat::Xml: {
-      const Description description(files, options, progress);
+      Description description(files, options, progress);
       WriteFile(files, path, progress,
-                [&](PieceWriter& writer) { DocumentSaver(writer).Save(description.Document().Get()); });
+                [&](PieceWriter& writer) { DocumentSaver(writer).Save(description.Document()); });
       break;
     }
   }

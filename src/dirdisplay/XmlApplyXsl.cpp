@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "common/Progress.h"
@@ -20,8 +23,9 @@
 namespace brackwell {
 namespace {
 
-/// The number by which scripts know a failure without a number of its own.
+/// The numbers by which scripts know a failure without a number of its own, and one for want of memory.
 constexpr int UnspecifiedFailure = -2147467259;
+constexpr int OutOfMemory = 7;
 
 /// What a stylesheet may take before it is taken for one that does not end: instructions, and steps in its
 /// expressions, for any document and for each element of it.
@@ -29,8 +33,23 @@ constexpr unsigned long Operations = 10'000'000;
 constexpr unsigned long OperationsPerElement = 1000;
 constexpr unsigned long MostOperations = 4'000'000'000;
 
-/// The library has told why.
-struct TransformError {};
+/// Where there is no description, the library has told why.
+struct TransformError {
+  std::string Description = {};
+};
+
+template <auto Free>
+struct FreeWith {
+  template <typename Made>
+  void operator()(Made* made) const {
+    Free(made);
+  }
+};
+template <typename Made, auto Free>
+using Owned = std::unique_ptr<Made, FreeWith<Free>>;
+using OwnedDocument = Owned<xmlDoc, xmlFreeDoc>;
+using OwnedStylesheet = Owned<xsltStylesheet, xsltFreeStylesheet>;
+using OwnedContext = Owned<xsltTransformContext, xsltFreeTransformContext>;
 
 /// While one is alive no document leads to another file.
 class NoOtherFiles {
@@ -50,35 +69,40 @@ class NoOtherFiles {
 class NothingElse {
  public:
   NothingElse() {
-    xsltSecurityPrefs* const preferences = Require(xsltNewSecurityPrefs());
     for (const auto option : {XSLT_SECPREF_READ_FILE, XSLT_SECPREF_WRITE_FILE, XSLT_SECPREF_CREATE_DIRECTORY,
                               XSLT_SECPREF_READ_NETWORK, XSLT_SECPREF_WRITE_NETWORK})
-      xsltSetSecurityPrefs(preferences, option, xsltSecurityForbid);
-    xsltSetDefaultSecurityPrefs(preferences);
+      xsltSetSecurityPrefs(mPreferences.get(), option, xsltSecurityForbid);
+    xsltSetDefaultSecurityPrefs(mPreferences.get());
   }
   ~NothingElse() { xsltSetDefaultSecurityPrefs(mBefore); }
   NothingElse(const NothingElse&) = delete;
   NothingElse& operator=(const NothingElse&) = delete;
 
  private:
+  const Owned<xsltSecurityPrefs, xsltFreeSecurityPrefs> mPreferences{Require(xsltNewSecurityPrefs())};
   xsltSecurityPrefs* const mBefore = xsltGetDefaultSecurityPrefs();
 };
 
-xmlDoc* ParseStylesheet(const FileSystemObject& files, const std::string& path) {
+OwnedDocument ParseStylesheet(const FileSystemObject& files, const std::string& path, XmlMemory& memory) {
   const std::string text = files.OpenTextFile(path)->ReadAll();
+  memory.Claim(3 * text.size());  // with the parser's copy, which it would lose if it could not grow
+  const Owned<xmlParserCtxt, xmlFreeParserCtxt> parser{Require(xmlNewParserCtxt())};
   // Entities of its own are what makes a stylesheet readable; the parser itself sees to it that they do not
   // grow beyond measure.
-  xmlDoc* const document =
-      xmlCtxtReadMemory(Require(xmlNewParserCtxt()), text.data(), static_cast<int>(text.size()), path.c_str(),
-                        nullptr, XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET);
+  OwnedDocument document{xmlCtxtReadMemory(parser.get(), text.data(), static_cast<int>(text.size()),
+                                           path.c_str(), nullptr,
+                                           XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NONET)};
   if (!document) throw TransformError();
   return document;
 }
 
-xsltStylesheet* LoadStylesheet(const FileSystemObject& files, const std::string& path) {
+OwnedStylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path, XmlMemory& memory) {
   const NoOtherFiles noOtherFiles;
-  xsltStylesheet* const stylesheet = xsltParseStylesheetDoc(ParseStylesheet(files, path));
-  if (!stylesheet || stylesheet->errors != 0) throw TransformError();
+  OwnedDocument document = ParseStylesheet(files, path, memory);
+  OwnedStylesheet stylesheet{xsltParseStylesheetDoc(document.get())};
+  if (!stylesheet) throw TransformError();
+  static_cast<void>(document.release());  // it is the stylesheet's now
+  if (stylesheet->errors != 0) throw TransformError();
   return stylesheet;
 }
 
@@ -86,7 +110,7 @@ xsltStylesheet* LoadStylesheet(const FileSystemObject& files, const std::string&
 /// exception, so one that comes meanwhile ends its work and is raised afterwards.
 class Events {
  public:
-  Events(const XmlMemory& memory, Progress& progress) : mMemory(memory), mProgress(progress) {}
+  Events(XmlMemory& memory, Progress& progress) : mMemory(memory), mProgress(progress) {}
 
   /// The library's debugger is the one who is called at every instruction.
   void Watch(xsltTransformContext& context) {
@@ -112,16 +136,21 @@ class Events {
                             xsltTransformContext* context) {
     if (context->state == XSLT_STATE_STOPPED) return;
     auto& events = *static_cast<Events*>(context->_private);
-    if (events.mMemory.IsTooMuch()) {
-      xsltTransformError(context, nullptr, nullptr, "The stylesheet takes too much memory.\n");
-      context->state = XSLT_STATE_STOPPED;
-    } else if (++events.mInstructions % 64 == 0 && !events.GoesOnAfter({})) {
-      context->state = XSLT_STATE_STOPPED;
-    }
+    if (events.IsTime() && !events.GoesOnAfter({})) context->state = XSLT_STATE_STOPPED;
+  }
+
+  /// Most instructions take no time, but few can take much where their values are large.
+  bool IsTime() {
+    constexpr std::size_t Much = std::size_t{8} << 20;
+    const std::size_t used = mMemory.Used();
+    const bool hasGrown = used > mUsed + Much;
+    if (hasGrown) mUsed = used;
+    return ++mInstructions % 64 == 0 || hasGrown;
   }
 
   bool GoesOnAfter(std::string_view written) try {
     if (mError) return false;
+    mMemory.Claim(written.size());
     mWritten += written;
     mProgress.DoEvents();
     return !mProgress.Stopped();
@@ -130,9 +159,10 @@ class Events {
     return false;
   }
 
-  const XmlMemory& mMemory;
+  XmlMemory& mMemory;
   Progress& mProgress;
   unsigned mInstructions = 0;
+  std::size_t mUsed = 0;
   std::string mWritten;
   std::exception_ptr mError;
 };
@@ -142,6 +172,32 @@ void LimitOperations(xsltTransformContext& context, unsigned long elements) {
       std::min(elements, (MostOperations - Operations) / OperationsPerElement) * OperationsPerElement +
       Operations;
   context.xpathCtxt->opLimit = context.opLimit;
+}
+
+/// Ends the transformation where there is no more memory: in its next instruction, or the next step of an
+/// expression.
+class EndWithoutMemory {
+ public:
+  EndWithoutMemory(XmlMemory& memory, xsltTransformContext& context) : mMemory(memory) {
+    mMemory.OnExhausted = [&context] {
+      context.state = XSLT_STATE_STOPPED;
+      context.xpathCtxt->opCount = context.xpathCtxt->opLimit;
+    };
+  }
+  ~EndWithoutMemory() { mMemory.OnExhausted = {}; }
+  EndWithoutMemory(const EndWithoutMemory&) = delete;
+  EndWithoutMemory& operator=(const EndWithoutMemory&) = delete;
+
+ private:
+  XmlMemory& mMemory;
+};
+
+OwnedDocument Transform(const XmlDocument& document, xsltStylesheet* stylesheet,
+                        xsltTransformContext* context) {
+  const char* parameters[] = {"line-end", LineEnd, nullptr};
+  xsltQuoteUserParams(context, parameters);
+  return OwnedDocument{
+      xsltApplyStylesheetUser(stylesheet, document.Get(), nullptr, nullptr, nullptr, context)};
 }
 
 void Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
@@ -156,20 +212,19 @@ void Serialize(xmlDoc* result, xsltStylesheet* stylesheet, Events& events) {
   xmlOutputBufferClose(buffer);
 }
 
-std::string ApplyStylesheet(const XmlDocument& document, xsltStylesheet* stylesheet, Progress& progress) {
-  xsltTransformContext* const context = Require(xsltNewTransformContext(stylesheet, document.Get()));
+std::string ApplyStylesheet(XmlDocument& document, xsltStylesheet* stylesheet, Progress& progress) {
+  XmlMemory& memory = document.Memory();
+  Events events(memory, progress);
+  const OwnedContext context{Require(xsltNewTransformContext(stylesheet, document.Get()))};
   LimitOperations(*context, static_cast<unsigned long>(document.Elements()));
-  Events events(document.Memory(), progress);
   events.Watch(*context);
-  const char* parameters[] = {"line-end", LineEnd, nullptr};
-  xsltQuoteUserParams(context, parameters);
-  xmlDoc* const result =
-      xsltApplyStylesheetUser(stylesheet, document.Get(), nullptr, nullptr, nullptr, context);
+  const EndWithoutMemory endWithoutMemory(memory, *context);
+  const OwnedDocument result = Transform(document, stylesheet, context.get());
   events.RaiseError();
   if (progress.Stopped()) return {};
   if (!result || context->state == XSLT_STATE_STOPPED) throw TransformError();
-  events.Reserve(document.Memory().Used() / 8);  // costs nothing where it is not needed, and growing would
-  Serialize(result, stylesheet, events);
+  events.Reserve(memory.Used() / 8);  // costs nothing where it is not needed, and growing would
+  Serialize(result.get(), stylesheet, events);
   events.RaiseError();
   return events.TakeWritten();
 }
@@ -187,21 +242,36 @@ std::string ErrorText(int number, const std::string& description) {
          "XML Error Reason: \r\n";
 }
 
+std::string WithoutMemory() {
+  return ErrorText(OutOfMemory, "There is not enough memory to apply the stylesheet.");
+}
+
 }  // namespace
 
-std::string XmlApplyXsl(const FileSystemObject& files, const XmlDocument& document, const std::string& path,
+std::string XmlApplyXsl(const FileSystemObject& files, XmlDocument& document, const std::string& path,
                         Progress& progress, const ShowXslError& showError) {
+  // Texts between elements can be white space, which a stylesheet can have removed, and the library would
+  // free them.
+  if (document.HasTexts()) throw std::logic_error("Only documents of attributes can be transformed.");
   std::string error;
   {
     const NothingElse nothingElse;
     const XmlMessages messages;
     try {
-      xsltStylesheet* const stylesheet = LoadStylesheet(files, path);
-      return ApplyStylesheet(document, stylesheet, progress);
+      const OwnedStylesheet stylesheet = LoadStylesheet(files, path, document.Memory());
+      std::string result = ApplyStylesheet(document, stylesheet.get(), progress);
+      if (!document.Memory().IsExhausted()) return result;
+      error = WithoutMemory();
     } catch (const FileSystemError& failed) {
       error = ErrorText(failed.Number(), failed.what());
-    } catch (const TransformError&) {
-      error = ErrorText(UnspecifiedFailure, messages.Text());
+    } catch (const TransformError& failed) {
+      if (document.Memory().IsExhausted())
+        error = WithoutMemory();
+      else
+        error =
+            ErrorText(UnspecifiedFailure, failed.Description.empty() ? messages.Text() : failed.Description);
+    } catch (const std::bad_alloc&) {
+      error = WithoutMemory();
     }
   }
   showError(error);

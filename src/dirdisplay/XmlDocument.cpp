@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace brackwell {
 namespace {
@@ -26,10 +27,17 @@ constexpr utf8proc_int32_t XmlCharacter(utf8proc_int32_t code, bool oneLine) {
 
 }  // namespace
 
-XmlDocument::XmlDocument(const std::string& rootName) : mDocument(Require(xmlNewDoc(nullptr))) {
+XmlDocument::XmlDocument(const std::string& rootName, std::size_t memoryLimit)
+    : mMemory(memoryLimit), mDocument(Require(xmlNewDoc(nullptr))) {
   mDocument->dict = Require(xmlDictCreate());
   mDocument->children = mDocument->last =
-      NewNode<xmlNode>(XML_ELEMENT_NODE, Intern(rootName), reinterpret_cast<xmlNode*>(mDocument));
+      NewNode<xmlNode>(XML_ELEMENT_NODE, Intern(rootName), reinterpret_cast<xmlNode*>(mDocument.get()));
+}
+
+/// The nodes are not the library's to free.
+void XmlDocument::Freeing::operator()(xmlDoc* document) const {
+  document->children = document->last = nullptr;
+  xmlFreeDoc(document);
 }
 
 const xmlChar* XmlDocument::Intern(const std::string& text) {
@@ -60,6 +68,7 @@ void XmlDocument::AddText(xmlNode* owner, xmlNode* text) {
   }
   text->parent = owner;
   owner->children = owner->last = text;
+  mHasTexts = true;
 }
 
 void XmlDocument::AddAttribute(xmlNode* owner, const xmlChar* name, xmlNode* text) {
@@ -74,19 +83,36 @@ void XmlDocument::AddAttribute(xmlNode* owner, const xmlChar* name, xmlNode* tex
 }
 
 xmlChar* XmlDocument::Copy(std::string_view text) {
-  auto* const copy = static_cast<xmlChar*>(mMemory.Take(text.size() + 1));
+  auto* const copy = static_cast<xmlChar*>(Take(text.size() + 1));
   std::memcpy(copy, text.data(), text.size());
   copy[text.size()] = 0;
   return copy;
 }
 
+/// Aligned for a pointer.
+void* XmlDocument::Take(std::size_t size) {
+  size = (size + alignof(void*) - 1) / alignof(void*) * alignof(void*);
+  if (size > mLeft) AddPiece(size);
+  mLeft -= size;
+  return std::exchange(mFree, mFree + size);
+}
+
+void XmlDocument::AddPiece(std::size_t size) {
+  constexpr std::size_t UsualSize = std::size_t{1} << 20;
+  size = std::max(size, UsualSize);
+  mMemory.Claim(size);
+  mPieces.push_back(std::make_unique_for_overwrite<std::byte[]>(size));
+  mFree = mPieces.back().get();
+  mLeft = size;
+}
+
 template <typename Node>
 Node* XmlDocument::NewNode(xmlElementType type, const xmlChar* name, xmlNode* parent) {
-  auto* const node = new (mMemory.Take(sizeof(Node))) Node{};
+  auto* const node = new (Take(sizeof(Node))) Node{};
   node->type = type;
   node->name = name;
   node->parent = parent;
-  node->doc = mDocument;
+  node->doc = mDocument.get();
   return node;
 }
 

@@ -3,9 +3,11 @@
 #include <libxml/tree.h>
 
 #include <cstddef>
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "dirdisplay/XmlMemory.h"
 
@@ -27,18 +29,21 @@ inline const xmlChar* XmlChars(const std::string& text) {
 /// the other: the library's way, three allocations for a value, takes half as long again for the whole
 /// display. Nothing may therefore take a node out of the document.
 ///
-/// Whatever the library makes on this thread while a document is there goes with it: see XmlMemory.
+/// What the library takes on this thread while a document is there counts as the document's: see XmlMemory.
+/// Where that is too much, building it throws std::bad_alloc.
 class XmlDocument {
  public:
   /// With an empty root element of that name.
-  explicit XmlDocument(const std::string& rootName);
+  explicit XmlDocument(const std::string& rootName, std::size_t memoryLimit = XmlMemory::UsualLimit());
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;
 
-  xmlDoc* Get() const { return mDocument; }
+  xmlDoc* Get() const { return mDocument.get(); }
   xmlNode* Root() const { return mDocument->children; }
   std::size_t Elements() const { return mElements; }
-  const XmlMemory& Memory() const { return mMemory; }
+  /// Elements have texts in them, rather than attributes.
+  bool HasTexts() const { return mHasTexts; }
+  XmlMemory& Memory() { return mMemory; }
 
   /// The document's own copy of a name.
   const xmlChar* Intern(const std::string& text);
@@ -54,13 +59,23 @@ class XmlDocument {
   void AddAttribute(xmlNode* owner, const xmlChar* name, xmlNode* text);
 
  private:
+  struct Freeing {
+    void operator()(xmlDoc* document) const;
+  };
+
   xmlChar* Copy(std::string_view text);
+  void* Take(std::size_t size);
+  void AddPiece(std::size_t size);
   template <typename Node>
   Node* NewNode(xmlElementType type, const xmlChar* name, xmlNode* parent);
 
   XmlMemory mMemory;
-  xmlDoc* const mDocument;
+  std::vector<std::unique_ptr<std::byte[]>> mPieces;
+  std::byte* mFree = nullptr;  // in the last piece
+  std::size_t mLeft = 0;
+  const std::unique_ptr<xmlDoc, Freeing> mDocument;
   std::size_t mElements = 1;
+  bool mHasTexts = false;
   xmlAttr* mLastAttribute = nullptr;
 };
 

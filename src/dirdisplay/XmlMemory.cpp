@@ -6,66 +6,39 @@
 #include <libxslt/xslt.h>
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
-#include <utility>
+
+#include "platform/Memory.h"
 
 namespace brackwell {
 namespace {
 
-constexpr std::size_t Alignment = 16;
-/// Sizes up to here are classed by multiples of the alignment, larger ones by powers of two.
-constexpr std::size_t MostOfSmall = 1024;
-constexpr std::size_t SmallClasses = MostOfSmall / Alignment + 1;
-
-constexpr std::size_t RoundedUp(std::size_t size, std::size_t unit) {
-  return (size + unit - 1) / unit * unit;
-}
-
-/// Small sizes are multiples of the alignment.
-constexpr std::size_t ClassOf(std::size_t size) {
-  return size <= MostOfSmall ? size / Alignment
-                             : SmallClasses + static_cast<std::size_t>(std::bit_width(size)) - 11;
-}
-static_assert(ClassOf(MostOfSmall + 1) == SmallClasses);
-
-/// A block holds what is given out and the size before the next one.
-constexpr std::size_t BlockSize(std::size_t size) {
-  size = RoundedUp(std::max(size, sizeof(void*)) + sizeof(std::size_t), Alignment);
-  return size > MostOfSmall ? std::bit_ceil(size) : size;
-}
+/// From here on an allocation can be refused: strings, buffers and sets of nodes get this large, and the
+/// libraries look whether they could grow.
+constexpr std::size_t Large = std::size_t{1} << 20;
+/// The libraries count in int and double what they let grow.
+constexpr std::size_t MostAtOnce = std::size_t{1} << 30;
 
 thread_local XmlMemory* theCurrent = nullptr;
+thread_local std::ptrdiff_t theHeld = 0;
+
+std::ptrdiff_t SizeOf(void* memory) { return static_cast<std::ptrdiff_t>(AllocatedSize(memory)); }
 
 }  // namespace
 
-/// What lies before the memory that is given out. Its size is kept in the place before that memory, which is
-/// aligned: so the next block's size stands in the last bytes of this one's alignment.
-struct XmlMemory::Block {
-  Block* Next;  // once released
-
-  static Block* At(void* memory) { return static_cast<Block*>(memory); }
-  std::size_t& Size() { return reinterpret_cast<std::size_t*>(this)[-1]; }
-};
-
-/// Address space only; a display is stopped long before.
-std::size_t XmlMemory::RangeSize() {
-  constexpr std::size_t Usual = std::size_t{16} << 30;
-  return 4 * std::max(PhysicalMemory(), Usual);
+std::size_t XmlMemory::UsualLimit() {
+  constexpr std::uint64_t Most = std::numeric_limits<std::ptrdiff_t>::max();
+  return static_cast<std::size_t>(std::min(Most, AvailableMemory() / 2));
 }
 
-XmlMemory::XmlMemory()
-    : mRange(RangeSize()),
-      mMost(mRange.Size() / 16 * 3),
-      mFree(mRange.Begin()),
-      mUsable(mRange.Begin()),
-      mOuter(theCurrent) {
-  if (mRange.Size() == 0) throw std::bad_alloc();
+/// The functions take and give back what those that the libraries have at first do, so nothing that was taken
+/// before is lost, and other users of the libraries in the program are not disturbed.
+XmlMemory::XmlMemory(std::size_t limit) : mLimit(limit), mHeldBefore(theHeld), mOuter(theCurrent) {
   [[maybe_unused]] static const bool prepared = [] {
-    // What the libraries make once and keep must not lie in here.
     xmlInitParser();
     xmlInitializeCatalog();
     xsltInit();
@@ -79,32 +52,44 @@ XmlMemory::~XmlMemory() {
   theCurrent = mOuter;
 }
 
-void* XmlMemory::Take(std::size_t size) {
-  std::byte* const taken = mFree;
-  std::byte* const end = taken + RoundedUp(size, alignof(void*));
-  if (end > mUsable && !Grow(end)) throw std::bad_alloc();
-  mFree = end;
-  return taken;
+void XmlMemory::Claim(std::size_t size) {
+  if (size > Left()) {
+    Exhaust();
+    throw std::bad_alloc();
+  }
+  mClaimed += size;
 }
 
-XmlMemory* XmlMemory::OwnerOf(const void* memory) {
-  XmlMemory* owner = theCurrent;
-  const auto isIn = [memory](const ReservedMemory& range) {
-    return reinterpret_cast<std::uintptr_t>(memory) - reinterpret_cast<std::uintptr_t>(range.Begin()) <
-           range.Size();
-  };
-  while (owner && !isIn(owner->mRange)) owner = owner->mOuter;
-  return owner;
+std::size_t XmlMemory::Used() const {
+  return static_cast<std::size_t>(std::max<std::ptrdiff_t>(theHeld - mHeldBefore, 0)) + mClaimed;
+}
+
+std::size_t XmlMemory::Left() const { return mLimit - std::min(mLimit, Used()); }
+
+void XmlMemory::Exhaust() {
+  if (!mExhausted && OnExhausted) OnExhausted();
+  mExhausted = true;
+}
+
+std::ptrdiff_t XmlMemory::Held() { return theHeld; }
+
+bool XmlMemory::MayTake(std::size_t size) {
+  if (!theCurrent || (size <= theCurrent->Left() && size <= MostAtOnce)) return true;
+  theCurrent->Exhaust();
+  return size < Large;
 }
 
 void* XmlMemory::Malloc(std::size_t size) {
-  return theCurrent ? theCurrent->Allocate(size) : std::malloc(size);
+  void* const memory = MayTake(size) ? std::malloc(size) : nullptr;
+  theHeld += SizeOf(memory);
+  return memory;
 }
 
 void* XmlMemory::Realloc(void* memory, std::size_t size) {
-  if (!memory) return Malloc(size);
-  XmlMemory* const owner = OwnerOf(memory);
-  return owner ? owner->Resize(memory, size) : std::realloc(memory, size);
+  const std::ptrdiff_t before = SizeOf(memory);
+  void* const resized = MayTake(size) ? std::realloc(memory, size) : nullptr;
+  if (resized) theHeld += SizeOf(resized) - before;
+  return resized;
 }
 
 char* XmlMemory::Strdup(const char* text) {
@@ -114,58 +99,8 @@ char* XmlMemory::Strdup(const char* text) {
 }
 
 void XmlMemory::Free(void* memory) {
-  if (!memory) return;
-  if (XmlMemory* const owner = OwnerOf(memory))
-    owner->Release(memory);
-  else
-    std::free(memory);
-}
-
-void* XmlMemory::Allocate(std::size_t size) {
-  if (size > mRange.Size()) return nullptr;
-  size = BlockSize(size);
-  Block*& released = mReleased[ClassOf(size)];
-  if (released) return std::exchange(released, released->Next);
-  const auto taken = static_cast<std::size_t>(mFree - mRange.Begin());
-  return Place(mRange.Begin() + RoundedUp(taken + sizeof(std::size_t), Alignment), size);
-}
-
-void* XmlMemory::Resize(void* memory, std::size_t size) {
-  const std::size_t held = Block::At(memory)->Size() - sizeof(std::size_t);
-  if (size <= held) return memory;
-  if (static_cast<std::byte*>(memory) + held == mFree)
-    return size <= mRange.Size() ? Place(memory, BlockSize(size)) : nullptr;
-  void* const larger = Allocate(size);
-  if (!larger) return nullptr;
-  std::memcpy(larger, memory, held);
-  Release(memory);
-  return larger;
-}
-
-void XmlMemory::Release(void* memory) {
-  Block* const block = Block::At(memory);
-  Block*& released = mReleased[ClassOf(block->Size())];
-  block->Next = std::exchange(released, block);
-}
-
-/// What is taken last lies at the end, where it can also become larger.
-void* XmlMemory::Place(void* memory, std::size_t size) {
-  std::byte* const end = static_cast<std::byte*>(memory) + size - sizeof(std::size_t);
-  if (end > mUsable && !Grow(end)) return nullptr;
-  mFree = end;
-  Block::At(memory)->Size() = size;
-  return memory;
-}
-
-bool XmlMemory::Grow(std::byte* end) {
-  constexpr std::size_t Step = 1 << 20;
-  const auto left = static_cast<std::size_t>(mRange.Begin() + mRange.Size() - mFree);
-  const auto wanted = static_cast<std::size_t>(end - mFree);
-  if (wanted > left) return false;
-  end = mFree + std::min(std::max(wanted, Step), left);
-  if (!mRange.ExtendTo(end)) return false;
-  mUsable = end;
-  return true;
+  theHeld -= SizeOf(memory);
+  std::free(memory);
 }
 
 }  // namespace brackwell

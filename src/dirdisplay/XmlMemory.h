@@ -1,55 +1,53 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
-
-#include "platform/ReservedMemory.h"
+#include <functional>
 
 namespace brackwell {
 
-/// While one is alive, all memory that libxml2 and libxslt take on its thread comes from it, and all of it
-/// goes at once, when it goes: nothing they have made has to be freed. A display makes and forgets millions
-/// of little things; the general allocator and the system's page faults would take a quarter of its time.
+/// Counts what one document and the transformation of it take: all that libxml2 and libxslt allocate on its
+/// thread while it is alive, and what is claimed. They nest: events that run meanwhile may begin and end
+/// another.
 ///
-/// They nest: events that run meanwhile may begin and end another. What was taken elsewhere is given back
-/// elsewhere.
+/// The libraries do not survive being refused a small allocation: they go on without what they asked for. So
+/// beyond the limit they are refused only large ones, and have to be told to end their work.
 class XmlMemory {
  public:
-  XmlMemory();
+  /// Half of what is free now. A copy of a tree that is being made is completed, and it can be as large as
+  /// half of what was taken before.
+  static std::size_t UsualLimit();
+
+  explicit XmlMemory(std::size_t limit = UsualLimit());
   ~XmlMemory();
   XmlMemory(const XmlMemory&) = delete;
   XmlMemory& operator=(const XmlMemory&) = delete;
 
-  /// Memory that stays, aligned for a pointer. Raises std::bad_alloc.
-  void* Take(std::size_t size);
+  /// Counts memory that is taken elsewhere. Throws std::bad_alloc where there is too little left.
+  void Claim(std::size_t size);
 
-  std::size_t Used() const { return static_cast<std::size_t>(mFree - mRange.Begin()); }
-  /// It is more of the machine's memory than one display may have.
-  bool IsTooMuch() const { return Used() > mMost; }
+  std::size_t Used() const;
+  /// More was wanted than there is.
+  bool IsExhausted() const { return mExhausted; }
+  /// Called once that is so, in the midst of an allocation: it must not allocate.
+  std::function<void()> OnExhausted;
 
-  /// How long the range of addresses is.
-  static std::size_t RangeSize();
+  /// The bytes that the libraries hold, as far as they have taken and given them back on this thread.
+  static std::ptrdiff_t Held();
 
  private:
-  struct Block;
-
-  static XmlMemory* OwnerOf(const void* memory);
   static void* Malloc(std::size_t size);
   static void* Realloc(void* memory, std::size_t size);
   static char* Strdup(const char* text);
   static void Free(void* memory);
+  static bool MayTake(std::size_t size);
 
-  void* Allocate(std::size_t size);
-  void* Resize(void* memory, std::size_t size);
-  void Release(void* memory);
-  void* Place(void* memory, std::size_t size);
-  bool Grow(std::byte* end);
+  std::size_t Left() const;
+  void Exhaust();
 
-  ReservedMemory mRange;
-  const std::size_t mMost;
-  std::byte* mFree;
-  std::byte* mUsable;
-  std::array<Block*, 128> mReleased{};  // for each class of sizes
+  const std::size_t mLimit;
+  const std::ptrdiff_t mHeldBefore;
+  std::size_t mClaimed = 0;
+  bool mExhausted = false;
   XmlMemory* const mOuter;
 };
 

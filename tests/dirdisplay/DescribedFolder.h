@@ -9,8 +9,6 @@
 
 #include "common/Progress.h"
 #include "dirdisplay/DisplayOutput.h"
-#include "dirdisplay/XmlMemory.h"
-#include "platform/ReservedMemory.h"
 #include "support/OwnFolders.h"
 #include "support/TempTree.h"
 
@@ -37,9 +35,6 @@ class DescribedFolder : public testing::Test {
   std::string Display(FileSystemObject& files) {
     Told.clear();
     Events events(*this);
-    // Where the memory of displays before was, nothing can be read any more: nothing may have been kept.
-    if (mInTheirPlaces.size() == 16) mInTheirPlaces.erase(mInTheirPlaces.begin());  // they are long
-    mInTheirPlaces.push_back(std::make_unique<ReservedMemory>(XmlMemory::RangeSize()));
     try {
       const auto path = DisplayDirectory(files, Options, events,
                                          [this](const std::string& text) { Told.push_back(Shown(text)); });
@@ -106,7 +101,6 @@ class DescribedFolder : public testing::Test {
   };
 
   const OwnTempFolder mOut;
-  std::vector<std::unique_ptr<ReservedMemory>> mInTheirPlaces;
 };
 
 }  // namespace brackwell

@@ -1,7 +1,6 @@
 // What real file systems can hold and do, and what becomes of the display.
 
 #include <fcntl.h>
-#include <libxml/xmlmemory.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,9 +9,6 @@
 
 #include "common/Text.h"
 #include "dirdisplay/DescribedFolder.h"
-#include "dirdisplay/XmlApplyXsl.h"
-#include "dirdisplay/XmlDocument.h"
-#include "platform/ReservedMemory.h"
 #include "support/FullDisk_posix.h"
 #include "support/WithoutPrivileges_posix.h"
 
@@ -348,33 +344,6 @@ TEST_F(Deep, TreesAreDescribedInTextAndHtml) {
 TEST_F(Deep, TreesAreSummedUpWithoutBeingDescribed) {
   Options.IncludeSubfolders = false;
   EXPECT_EQ(Elements().at(1), "<folder name=\"top\" size=\"5\"/>");
-}
-
-// --- Memory
-
-TEST(Stylesheets, ThatTakeTooMuchMemoryAreEnded) {
-  TempTree tree;
-  tree.File("greedy.xsl",
-            "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
-            "<xsl:template match='/'><a/><b/></xsl:template></xsl:stylesheet>");
-  class Quiet final : public Progress {
-    void Message(std::string_view /*text*/) override {}
-    void DoEvents() override {}
-    bool Stopped() const override { return false; }
-  } quiet;
-  const auto files = CreateFileSystemObject();
-  XmlDocument document("directory_display");
-  Lines told;
-  const auto apply = [&] {
-    return XmlApplyXsl(*files, document, tree.Path("greedy.xsl"), quiet,
-                       [&](const std::string& text) { told.push_back(text); });
-  };
-  EXPECT_NE(apply(), "");
-  EXPECT_EQ(told, Lines{});
-  ASSERT_NE(xmlMalloc(PhysicalMemory()), nullptr);  // only taken, not written to
-  EXPECT_EQ(apply(), "");
-  ASSERT_EQ(told.size(), 1u);
-  EXPECT_NE(told[0].find("too much memory"), std::string::npos) << told[0];
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "dirdisplay/DirectoryScan.h"
 
+#include <new>
+
 #include "common/Files.h"
 #include "dirdisplay/DescribedFolder.h"
 #include "platform/DateText.h"
@@ -286,6 +288,21 @@ TEST_F(DirectoryScanTest, ASubFolderThatGoesMeanwhileEndsIt) {
     if (files.Calls() == 3) Tree.Remove("top/sub");
   };
   EXPECT_EQ(Display(files), "76 ~/top/sub");
+}
+
+TEST_F(DirectoryScanTest, ADescriptionThatIsTooLargeForTheMemoryEndsIt) {
+  for (int i = 0; i < 3000; ++i) Tree.File("top/" + std::string(200, 'x') + std::to_string(i));
+  for (const auto format : {DisplayFormat::Text, DisplayFormat::Html, DisplayFormat::Xml}) {
+    Options.Format = format;
+    Options.MemoryLimit = std::size_t{3} << 19;
+    EXPECT_THROW(Display(), std::bad_alloc);
+    EXPECT_EQ(Tree.List("out"), Lines{});
+    EXPECT_EQ(Told, Lines{});
+    Options.MemoryLimit = std::nullopt;
+    EXPECT_NE(Display(), "");
+    Tree.Remove("out");
+    Tree.Folder("out");
+  }
 }
 
 TEST_F(DirectoryScanTest, StopsWhenAsked) {

@@ -1,8 +1,10 @@
 #include "dirdisplay/XmlApplyXsl.h"
 
-#include <new>
+#include <cstddef>
+#include <stdexcept>
 
 #include "dirdisplay/DescribedFolder.h"
+#include "dirdisplay/XmlDocument.h"
 
 namespace brackwell {
 namespace {
@@ -189,31 +191,47 @@ TEST_F(XmlApplyXslTest, AStylesheetThatTakesLongIsStopped) {
   EXPECT_EQ(Told, Lines{});
 }
 
-TEST_F(XmlApplyXslTest, WhatIsRaisedMeanwhileEndsTheRun) {
-  for (int i = 0; i < 300; ++i) Tree.File("top/" + std::to_string(i));
+TEST_F(XmlApplyXslTest, WhatIsThrownMeanwhileEndsTheTransformation) {
   Stylesheet(
       "<xsl:template match='/'><xsl:for-each select='//file'><xsl:value-of select='@name'/></xsl:for-each>"
       "</xsl:template>");
-  const std::string whole = Display();
-  int events = 0;
-  int failAt = 300;  // the scan's last event, or an earlier one where the machine is busy and the scan waits
-  OnEvents = [&] {
-    if (++events == failAt) throw std::bad_alloc();
-  };
-  const auto fails = [&] {
-    events = 0;
-    try {
-      EXPECT_EQ(Display(), whole);
-      EXPECT_LT(events, failAt);
-      return false;
-    } catch (const std::bad_alloc&) {
-      EXPECT_EQ(Tree.Read("out/dir_display.txt"), whole);
-      EXPECT_EQ(Told, Lines{});
-      return true;
+  struct Thrown {};
+  class CountedEvents final : public Progress {
+   public:
+    void Message(std::string_view /*text*/) override {}
+    void DoEvents() override {
+      if (++Events == FailAt) throw Thrown();
     }
+    bool Stopped() const override { return false; }
+    int Events = 0;
+    int FailAt = 0;
   };
-  while (fails()) ++failAt;
-  EXPECT_GT(failAt, 300 + 5);  // past those of the instructions and of the output
+  XmlDocument document("directory_display");
+  for (int i = 0; i < 300; ++i)
+    document.AddAttribute(document.AddElement(document.Root(), nullptr, document.Intern("file")),
+                          document.Intern("name"), document.NewText(std::to_string(i)));
+  const auto apply = [&](CountedEvents& events) {
+    return XmlApplyXsl(*Files, document, Tree.Path("program/xml/dir_display_text.xsl"), events,
+                       [](const std::string& text) { ADD_FAILURE() << text; });
+  };
+  CountedEvents whole;
+  EXPECT_TRUE(apply(whole).starts_with("012"));
+  EXPECT_GT(whole.Events, 5);  // those of the instructions and of the output
+  for (int failAt = 1; failAt <= whole.Events; ++failAt) {
+    CountedEvents events;
+    events.FailAt = failAt;
+    EXPECT_THROW(apply(events), Thrown) << failAt;
+    EXPECT_EQ(events.Events, failAt);
+  }
+}
+
+TEST_F(XmlApplyXslTest, WhatIsThrownMeanwhileLeavesTheOutputBefore) {
+  Stylesheet("<xsl:template match='/'>new</xsl:template>");
+  Tree.File("out/dir_display.txt", "old");
+  struct Thrown {};
+  OnEvents = [] { throw Thrown(); };
+  EXPECT_THROW(Display(), Thrown);
+  EXPECT_EQ(Tree.Read("out/dir_display.txt"), "old");
 }
 
 TEST_F(XmlApplyXslTest, ARunWithinARunDisturbsNeither) {
@@ -242,6 +260,196 @@ TEST_F(XmlApplyXslTest, ARunWithinARunDisturbsNeither) {
   EXPECT_EQ(outer, "outer");
   ASSERT_EQ(told.size(), 1u);
   EXPECT_TRUE(Has(told[0], "stylesheet"));
+}
+
+// --- Memory
+
+/// Stylesheets that take all the memory that they are given.
+class GreedyStylesheets : public XmlApplyXslTest {
+ protected:
+  GreedyStylesheets() {
+    Options.MemoryLimit = std::size_t{64} << 20;
+    for (int i = 0; i < 100; ++i) Tree.File("top/" + std::to_string(i));
+  }
+
+  /// The one error told.
+  void ExpectTooGreedy() {
+    EXPECT_EQ(Error(), (Lines{"There was an error in XmlApplyXsl:", "Error: 7",
+                              "Description: There is not enough memory to apply the stylesheet.",
+                              "XML Error Code: 0", "XML Error Reason: "}));
+  }
+};
+
+TEST_F(GreedyStylesheets, TextThatDoublesIsEnded) {
+  Stylesheet(
+      "<xsl:template match='/'><xsl:call-template name='a'><xsl:with-param name='p' select=\"'xxxxxxxx'\"/>"
+      "</xsl:call-template></xsl:template>"
+      "<xsl:template name='a'><xsl:param name='p'/><xsl:call-template name='a'>"
+      "<xsl:with-param name='p' select='concat($p, $p)'/></xsl:call-template></xsl:template>");
+  ExpectTooGreedy();
+  std::string expression = "'xxxxxxxx'";
+  for (int i = 0; i < 10; ++i)
+    expression = "concat(" + expression + "," + expression + "," + expression + ")";
+  Stylesheet(
+      "<xsl:template match='/'><xsl:variable name='a' select=\"" + expression +
+      "\"/><xsl:value-of select='concat($a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,"
+      "$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,"
+      "$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,"
+      "$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a,$a)'/>"
+      "</xsl:template>");
+  ExpectTooGreedy();
+}
+
+TEST_F(GreedyStylesheets, TreesThatDoubleAreEnded) {
+  std::string variables = "<xsl:variable name='v0'><a><b/><c d='e'>text</c></a></xsl:variable>";
+  for (int i = 1; i < 40; ++i) {
+    const std::string before = "<xsl:copy-of select='$v" + std::to_string(i - 1) + "'/>";
+    variables +=
+        "<xsl:variable name='v" + std::to_string(i) + "'><n>" + before + before + "</n></xsl:variable>";
+  }
+  Stylesheet("<xsl:template match='/'>" + variables + "<xsl:copy-of select='$v39'/></xsl:template>");
+  ExpectTooGreedy();
+}
+
+TEST_F(GreedyStylesheets, OutputThatGrowsIsEnded) {
+  const std::string line(1000, 'x');
+  const std::string loops =
+      "<xsl:for-each select='//file'><xsl:for-each select='//file'><xsl:for-each select='//file'>";
+  const std::string ends = "</xsl:for-each></xsl:for-each></xsl:for-each>";
+  Stylesheet("<xsl:template match='/'>" + loops + line + ends + "</xsl:template>");
+  ExpectTooGreedy();
+  Options.Format = DisplayFormat::Html;
+  Tree.File("program/xml/dir_display_html.xsl",
+            "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform'>"
+            "<xsl:template match='/'>" +
+                loops + "<p id='{position()}'><b/></p>" + ends + "</xsl:template></xsl:stylesheet>");
+  ExpectTooGreedy();
+}
+
+TEST_F(GreedyStylesheets, SortsAndKeysOfTooMuchAreEnded) {
+  Options.MemoryLimit = std::size_t{3} << 19;
+  for (int i = 0; i < 300; ++i) Tree.File("top/" + std::string(100, 'x') + std::to_string(i));
+  std::string names = "@name";
+  for (int i = 0; i < 30; ++i) names += ", @name";
+  Stylesheet("<xsl:key name='k' match='file' use='concat(" + names +
+             ")'/><xsl:template match='/'><xsl:for-each select='key(\"k\", \"1\")'>x</xsl:for-each>"
+             "</xsl:template>");
+  ExpectTooGreedy();
+  Stylesheet("<xsl:template match='/'><xsl:for-each select='//file'><xsl:sort select='concat(" + names +
+             ")'/>x</xsl:for-each></xsl:template>");
+  ExpectTooGreedy();
+}
+
+TEST_F(GreedyStylesheets, ALargeStylesheetIsTooMuchItself) {
+  Options.MemoryLimit = std::size_t{2} << 20;
+  std::string body;
+  for (int i = 0; i < 20'000; ++i) body += "<xsl:template match='a" + std::to_string(i) + "'/>";
+  Stylesheet(body);
+  ExpectTooGreedy();
+}
+
+/// Wherever in its work the memory ends.
+TEST_F(GreedyStylesheets, AreEndedAtAnyMoment) {
+  Stylesheet(
+      "<xsl:strip-space elements='*'/><xsl:key name='k' match='file' use='@name'/>"
+      "<xsl:variable name='v'><a><xsl:copy-of select='//file[position() &lt; 9]'/></a></xsl:variable>"
+      "<xsl:attribute-set name='s'><xsl:attribute name='z'>1</xsl:attribute></xsl:attribute-set>"
+      "<xsl:template match='/'><out xsl:use-attribute-sets='s'><xsl:for-each select='//file'>"
+      "<xsl:sort select='@name' order='descending' data-type='number'/><xsl:copy>"
+      "<xsl:apply-templates select='@*|..'/></xsl:copy></xsl:for-each>"
+      "<xsl:for-each select='n:node-set($v)//file' xmlns:n='http://icl.com/saxon'>"
+      "<xsl:value-of select=\"concat(@name, generate-id(), format-number(@name, "
+      "'#,##0.00'))\"/></xsl:for-each>"
+      "<xsl:value-of select=\"count(key('k', '5'))\"/><xsl:number value='17' "
+      "format='i'/></out></xsl:template>"
+      "<xsl:template match='@*|folder'><xsl:param name='p' select=\"translate(., 'abc', 'xyz')\"/>"
+      "<xsl:element name='e{position()}'><xsl:attribute name='q'><xsl:value-of select='$p'/></xsl:attribute>"
+      "<xsl:copy-of select='ancestor::*[1]/@*'/><xsl:comment>c</xsl:comment></xsl:element></xsl:template>");
+  EXPECT_NE(Display(), "");
+  const std::ptrdiff_t held = XmlMemory::Held();
+  constexpr std::size_t Document = std::size_t{1} << 20;
+  std::size_t ended = 0;
+  Options.MemoryLimit = Document + 20'000;  // the document itself has room
+  for (std::size_t left = 20'000; Display().empty(); left += left / 50, ++ended) {
+    EXPECT_EQ(Told.size(), 1u);
+    EXPECT_TRUE(Has(Told[0], "Error: 7\r\nDescription: There is not enough memory")) << Told[0];
+    EXPECT_EQ(XmlMemory::Held(), held);
+    Options.MemoryLimit = Document + left;
+  }
+  EXPECT_GT(ended, 100u);
+  EXPECT_EQ(XmlMemory::Held(), held);
+}
+
+TEST_F(GreedyStylesheets, TheNextDisplayHasMemoryAgain) {
+  Stylesheet("<xsl:template match='/'><xsl:for-each select='//@*'><xsl:for-each select='//@*'>" +
+             std::string(100'000, 'x') + "</xsl:for-each></xsl:for-each></xsl:template>");
+  ExpectTooGreedy();
+  Stylesheet("<xsl:template match='/'>good</xsl:template>");
+  EXPECT_EQ(Display(), "good");
+}
+
+TEST_F(XmlApplyXslTest, NothingStaysWithTheLibraries) {
+  const std::string nodeSet = "xmlns:n='http://icl.com/saxon'";
+  const Lines bodies = {
+      "<xsl:template match='/'>good</xsl:template>",
+      "<xsl:template match='/'><xsl:variable name='v'><a/></xsl:variable>"
+      "<xsl:value-of select='count(n:node-set($v)/a)' " +
+          nodeSet + "/></xsl:template>",
+      "<xsl:template match='/'><xsl:for-each select='//@*'><xsl:sort "
+      "lang='de'/>x</xsl:for-each></xsl:template>",
+      "<xsl:strip-space elements='*'/><xsl:key name='k' match='file' use='@name'/>"
+      "<xsl:template match='/'><xsl:value-of select='generate-id(key(\"k\",\"a\"))'/></xsl:template>",
+      "<xsl:template match='/'><xsl:value-of select='none()'/></xsl:template>",
+      "<xsl:template match='/'><xsl:value-of select='1 +'/></xsl:template>",
+      "<xsl:template match='['/>",
+      "<xsl:template",
+      "<xsl:import href='none'/>",
+      "<xsl:template match='/'><xsl:message terminate='yes'>no</xsl:message></xsl:template>",
+      "<xsl:template match='/'><xsl:call-template name='a'/></xsl:template>"
+      "<xsl:template name='a'><xsl:call-template name='a'/></xsl:template>",
+      "<u:data xmlns:u='urn:user'/><xsl:template match='/'>"
+      "<u:x xmlns:u='urn:user' xsl:extension-element-prefixes='u'/></xsl:template>",
+  };
+  Tree.File("top/a");
+  const auto displayAll = [&] {
+    for (const std::string& body : bodies) {
+      Stylesheet(body);
+      Display();
+    }
+  };
+  displayAll();  // the libraries' own tables, which stay
+  const std::ptrdiff_t held = XmlMemory::Held();
+  displayAll();
+  EXPECT_EQ(XmlMemory::Held(), held);
+}
+
+// --- What only looks like white space, and where it is
+
+TEST_F(XmlApplyXslTest, BlankValuesAreKeptWhereSpaceIsStripped) {
+  Tree.File("top/\xE2\x80\x8A");
+  Options.FileInfo = {{"Name", "Name"}, {"None", "?"}};
+  Stylesheet(
+      "<xsl:strip-space elements='*'/><xsl:template match='/'>"
+      "<xsl:for-each select='//file/@*'>[<xsl:value-of select='.'/>]</xsl:for-each></xsl:template>");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(Display(), "[\xE2\x80\x8A][]");
+  XmlDocument document("directory_display");
+  document.AddAttribute(document.Root(), document.Intern("name"), document.NewText(" \t "));
+  class Quiet final : public Progress {
+    void Message(std::string_view /*text*/) override {}
+    void DoEvents() override {}
+    bool Stopped() const override { return false; }
+  } quiet;
+  Stylesheet(
+      "<xsl:strip-space elements='*'/><xsl:template match='/'>[<xsl:value-of select='*/@name'/>]"
+      "</xsl:template>");
+  const auto apply = [&] {
+    return XmlApplyXsl(*Files, document, Tree.Path("program/xml/dir_display_text.xsl"), quiet,
+                       [](const std::string& text) { ADD_FAILURE() << text; });
+  };
+  EXPECT_EQ(apply(), "[ \t ]");
+  document.AddText(document.AddElement(document.Root(), nullptr, document.Intern("name")),
+                   document.NewText(" "));
+  EXPECT_THROW(apply(), std::logic_error);  // these the library would free
 }
 
 }  // namespace
