@@ -17,6 +17,7 @@
 
 #include "common/Progress.h"
 #include "dirdisplay/XmlDocument.h"
+#include "dirdisplay/XmlExtensions.h"
 #include "dirdisplay/XmlMessages.h"
 #include "platform/FileSystemObject.h"
 
@@ -99,6 +100,8 @@ OwnedDocument ParseStylesheet(const FileSystemObject& files, const std::string& 
 OwnedStylesheet LoadStylesheet(const FileSystemObject& files, const std::string& path, XmlMemory& memory) {
   const NoOtherFiles noOtherFiles;
   OwnedDocument document = ParseStylesheet(files, path, memory);
+  if (const auto unknown = UnknownExtension(*document))
+    throw TransformError{"The stylesheet uses an unknown extension: " + *unknown};
   OwnedStylesheet stylesheet{xsltParseStylesheetDoc(document.get())};
   if (!stylesheet) throw TransformError();
   static_cast<void>(document.release());  // it is the stylesheet's now
@@ -217,6 +220,7 @@ std::string ApplyStylesheet(XmlDocument& document, xsltStylesheet* stylesheet, P
   Events events(memory, progress);
   const OwnedContext context{Require(xsltNewTransformContext(stylesheet, document.Get()))};
   LimitOperations(*context, static_cast<unsigned long>(document.Elements()));
+  KeepToKnownExtensions(*context);
   events.Watch(*context);
   const EndWithoutMemory endWithoutMemory(memory, *context);
   const OwnedDocument result = Transform(document, stylesheet, context.get());

@@ -452,5 +452,48 @@ TEST_F(XmlApplyXslTest, BlankValuesAreKeptWhereSpaceIsStripped) {
   EXPECT_THROW(apply(), std::logic_error);  // these the library would free
 }
 
+// --- Extensions
+
+TEST_F(XmlApplyXslTest, NodeSetsAreMadeOfTreesInEveryDisplay) {
+  for (const char* uri : {"http://exslt.org/common", "urn:schemas-microsoft-com:xslt",
+                          "http://xmlsoft.org/XSLT/namespace", "http://icl.com/saxon"}) {
+    Stylesheet("<xsl:template match='/' xmlns:n='" + std::string(uri) +
+               "'><xsl:variable name='v'><a>1</a><a>2</a></xsl:variable>"
+               "<xsl:value-of select='sum(n:node-set($v)/a)'/>"
+               "<xsl:value-of select=\"function-available('n:node-set')\"/></xsl:template>");
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(Display(), "3true") << uri;
+    EXPECT_EQ(Told, Lines{});
+  }
+}
+
+TEST_F(XmlApplyXslTest, UnknownExtensionsAreRefusedByName) {
+  Stylesheet(
+      "<xsl:template match='/'><x:do xmlns:x='urn:x' xsl:extension-element-prefixes='x'>"
+      "<xsl:fallback>none</xsl:fallback></x:do></xsl:template>");
+  EXPECT_EQ(Description(), "The stylesheet uses an unknown extension: do of urn:x");
+  File(
+      "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform' xmlns='urn:y' "
+      "extension-element-prefixes='#default'><xsl:template match='/'><act/></xsl:template></xsl:stylesheet>");
+  EXPECT_EQ(Description(), "The stylesheet uses an unknown extension: act of urn:y");
+}
+
+TEST_F(XmlApplyXslTest, ExtensionsThatAreOnlyDeclaredAreNoHarm) {
+  File(
+      "<xsl:stylesheet version='1.0' xmlns:xsl='http://www.w3.org/1999/XSL/Transform' xmlns:x='urn:x' "
+      "extension-element-prefixes='x'><xsl:output method='text'/><y:data xmlns:y='urn:y'>1</y:data>"
+      "<xsl:template match='/'><xsl:value-of select=\"concat(function-available('x:f'), ' ',"
+      "element-available('x:e'), ' ', element-available('xsl:copy'), ' ', element-available('xsl:none'), ' ',"
+      "element-available('copy'), ' ', function-available('document'))\"/></xsl:template></xsl:stylesheet>");
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(Display(), "false false true false false true");
+  EXPECT_EQ(Told, Lines{});
+}
+
+TEST_F(XmlApplyXslTest, UnknownFunctionsAreTold) {
+  Stylesheet("<xsl:template match='/' xmlns:x='urn:x'><xsl:value-of select='x:f()'/></xsl:template>");
+  EXPECT_NE(Description(), "");
+  Stylesheet("<xsl:template match='/'><xsl:value-of select='element-available(1, 2)'/></xsl:template>");
+  EXPECT_NE(Description(), "");
+}
+
 }  // namespace
 }  // namespace brackwell
