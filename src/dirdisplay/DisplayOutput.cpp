@@ -135,6 +135,10 @@ class DocumentSaver {
   std::exception_ptr mError;
 };
 
+/// Finds out before the work whether the file can be written. Nothing of it stays meanwhile: the folder that
+/// is described may be the one that it lies in.
+void TryToCreate(FileSystemObject& files, const std::string& path) { files.CreateTextFile(path, true); }
+
 /// Appears once `write` has written all of it.
 void WriteFile(FileSystemObject& files, const std::string& path, Progress& progress,
                const std::function<void(PieceWriter&)>& write) {
@@ -172,6 +176,7 @@ void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const s
 std::optional<std::string> DisplayDirectory(FileSystemObject& files, const DisplayOptions& options,
                                             Progress& progress, const ShowXslError& showError) try {
   std::string path = GetTempFolder() + OutputName(options.Format);
+  TryToCreate(files, path);
   WriteOutput(files, options, path, progress, showError);
   return path;
 } catch (const StoppedByUser&) {

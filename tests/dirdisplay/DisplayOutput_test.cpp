@@ -228,5 +228,22 @@ TEST_F(DisplayOutputTest, AnErrorInWritingLeavesTheOutputBefore) {
   EXPECT_EQ(Tree.List("out"), (Lines{"dir_display.html", "dir_display.txt", "dir_display.xml"}));
 }
 
+TEST_F(DisplayOutputTest, ATemporaryFolderThatIsNotThereIsToldBeforeTheWork) {
+  Tree.File("top/file");
+  const OwnTempFolder missing(Tree.Path("none"));
+  for (const auto format : {DisplayFormat::Text, DisplayFormat::Html, DisplayFormat::Xml}) {
+    Options.Format = format;
+    FailingFileSystem files;
+    EXPECT_TRUE(Display(files).starts_with("76 ~/none"));
+    EXPECT_EQ(files.Calls(), 1);
+  }
+}
+
+TEST_F(DisplayOutputTest, TheTemporaryFolderIsDescribedWithoutTheFileToBe) {
+  Options.Folder = Tree.Path("out");
+  EXPECT_EQ(Elements(), (Lines{"<directory_display style=\"element\" path=\"~/out\">", "<folder>",
+                               "<full_name>~/out</full_name>", "</folder>"}));
+}
+
 }  // namespace
 }  // namespace brackwell

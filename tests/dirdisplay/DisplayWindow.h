@@ -31,10 +31,11 @@ class DisplayWindow : public ToolInArea<frmDirDisplay> {
   }
   ~DisplayWindow() { delete Frame; }  // before the folders that it works with
 
-  /// In the midst of a run, at its n-th call of the file system: that one waits until it is done, and those
-  /// after it take their time.
+  /// In the midst of a run, at the n-th call of the file system in its walk: that one waits until it is done,
+  /// and those after it take their time.
   void AtCall(int call, const std::function<void()>& action) {
-    Files.OnCall = [this, call, action] {
+    constexpr int CallsBefore = 1;  // the output file is tried
+    Files.OnCall = [this, call = call + CallsBefore, action] {
       if (Files.Calls() == call)
         QMetaObject::invokeMethod(&Area, action, Qt::BlockingQueuedConnection);
       else if (Files.Calls() > call)
