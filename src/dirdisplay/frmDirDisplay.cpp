@@ -13,6 +13,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <new>
+#include <system_error>
 
 #include "common/Busy.h"
 #include "common/FormHelpers.h"
@@ -361,6 +362,8 @@ void frmDirDisplay::WriteAndOpen() {
          windowTitle());
   } catch (const std::bad_alloc&) {
     tell(u"There is not enough memory to display this folder."_s, windowTitle());
+  } catch (const std::system_error&) {
+    tell(u"This folder cannot be displayed: the system cannot start another thread."_s, windowTitle());
   }
 }
 

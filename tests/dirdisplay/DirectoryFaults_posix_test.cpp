@@ -6,10 +6,12 @@
 
 #include <cstdio>
 #include <random>
+#include <system_error>
 
 #include "common/Text.h"
 #include "dirdisplay/DescribedFolder.h"
 #include "support/FullDisk_posix.h"
+#include "support/NoThreads_posix.h"
 #include "support/WithoutPrivileges_posix.h"
 
 namespace brackwell {
@@ -344,6 +346,16 @@ TEST_F(Deep, TreesAreDescribedInTextAndHtml) {
 TEST_F(Deep, TreesAreSummedUpWithoutBeingDescribed) {
   Options.IncludeSubfolders = false;
   EXPECT_EQ(Elements().at(1), "<folder name=\"top\" size=\"5\"/>");
+}
+
+// --- Threads
+
+TEST_F(DirectoryFaults, NoThreadToBeHadIsTold) {
+  {
+    const NoThreads none;
+    EXPECT_THROW(Display(), std::system_error);
+  }
+  EXPECT_EQ(Elements().size(), 2u);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include <QDir>
 #include <QTimer>
 
+#include <new>
+#include <system_error>
+
 #include "dirdisplay/DisplayWindow.h"
 #include "platform/FileSystemError.h"
 #include "shell/ToolTable.h"
@@ -67,6 +70,7 @@ class frmDirDisplayRunTest : public QObject {
   void AMissingStylesheetIsTold();
   void AProgramThatDoesNotStartIsTold();
   void AFolderThatCannotBeReadIsTold();
+  void WantOfMemoryOrThreadsIsTold();
   void EveryFailureIsToldAndLeavesTheWindowUsable();
   void TheOutputOfTheRunBeforeStaysWhole();
   void ThePointerIsBusyDuringARun();
@@ -252,6 +256,25 @@ void frmDirDisplayRunTest::AFolderThatCannotBeReadIsTold() {
            u"Directory Display, critical: There was a problem displaying "_s +
                QString::fromStdString(window.Tree.Path("a&amp;b")) +
                u"\nError: 76\nDescription: Path not found"_s);
+  QVERIFY(window.Opener.Opened().isEmpty());
+}
+
+void frmDirDisplayRunTest::WantOfMemoryOrThreadsIsTold() {
+  DisplayWindow window;
+  window.ChooseAll(2);
+  window.Files.OnCall = [] { throw std::bad_alloc(); };
+  window.Click("cmdDisplay");
+  window.Files.OnCall = [] {
+    throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+  };
+  window.Click("cmdDisplay");
+  QCOMPARE(window.Boxes.Shown().size(), 2u);
+  QCOMPARE(Shown(window.Boxes.Shown()[0]),
+           u"Directory Display, critical: There is not enough memory to display this folder."_s);
+  QCOMPARE(
+      Shown(window.Boxes.Shown()[1]),
+      u"Directory Display, critical: This folder cannot be displayed: the system cannot start another thread."_s);
+  QVERIFY(!window.Form->IsRunning());
   QVERIFY(window.Opener.Opened().isEmpty());
 }
 
