@@ -97,7 +97,10 @@ void DirectoryScan::AddFiles(const FolderPart& part) {
   FileItem file{mFiles, part.Object->Path(), {}};
   for (std::size_t i = 0; i < part.EndFile - part.FirstFile; ++i) {
     DoEvents();
-    if (!part.Details.empty()) file.Details = part.Details[i];
+    if (!part.Details.empty()) {
+      if (!part.Details[i]) continue;
+      file.Details = *part.Details[i];
+    }
     if (mSumsUp) mLevels.back().Size += file.Details.Size;
     if (!mOptions.IncludeFiles) continue;
     file.Name = part.Object->Files()[part.FirstFile + i].Name;

@@ -91,8 +91,17 @@ void FolderReader::Walk() {
       mLevels.pop_back();
       continue;
     }
-    EnterFolder(JoinPath(level.Path, level.SubFolders[level.Next++]));
+    EnterSubFolder(JoinPath(level.Path, level.SubFolders[level.Next++]));
   }
+}
+
+/// One that is gone is left out: nothing of it has been added yet.
+void FolderReader::EnterSubFolder(const std::string& path) try {
+  EnterFolder(path);
+} catch (const FileSystemError& error) {
+  const bool isGone =
+      error.Kind() == FileError::PathNotFound && error.Path() == path && !mFiles->FolderExists(path);
+  if (!isGone) throw;
 }
 
 void FolderReader::EnterFolder(const std::string& path) {
@@ -138,10 +147,13 @@ void FolderReader::ReadFiles(FolderPart part) {
   } while (part.FirstFile < files.size());
 }
 
-ItemDetails FolderReader::ReadFile(const Folder& folder, std::string_view name) const {
+std::optional<ItemDetails> FolderReader::ReadFile(const Folder& folder, std::string_view name) const try {
   if (mPlan.ReadsDetails) return folder.FileDetails(name);
   const auto status = folder.Find(name);
-  return {.Size = status ? status->Size : 0};
+  return ItemDetails{.Size = status ? status->Size : 0};
+} catch (const FileSystemError& error) {
+  if (error.Kind() == FileError::FileNotFound && !folder.Find(name)) return std::nullopt;
+  throw;
 }
 
 void FolderReader::Add(FolderPart part) {

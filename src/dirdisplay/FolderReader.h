@@ -33,15 +33,17 @@ struct FolderPart {
   std::vector<PropertyValue> Properties = {};  // where a folder begins
   std::size_t FirstFile = 0;                   // in Object->Files(); 0 where a folder begins
   std::size_t EndFile = 0;
-  std::vector<ItemDetails> Details =
-      {};  // of these files: as planned, whole, with nothing but sizes, or none
+  /// Of these files: as planned, whole, with nothing but sizes, or none. Nothing for a file that is gone.
+  std::vector<std::optional<ItemDetails>> Details = {};
 };
 
 /// Walks folders on a thread of its own, a little ahead of whoever takes what it has read: one core waits for
 /// the system's answers while another puts them to use. A folder comes with its files, then its sub-folders
-/// come; links are among the files. `files` must not be changed meanwhile.
+/// come; links are among the files. Files and sub-folders that are gone by the time that they are looked at
+/// are left out. `files` must not be changed meanwhile.
 class FolderReader {
  public:
+  /// Throws std::system_error where no thread can be had.
   FolderReader(const FileSystemObject& files, ReadingPlan plan);
   /// Waits for the call that is being made.
   ~FolderReader();
@@ -63,11 +65,12 @@ class FolderReader {
   // On the reading thread.
   void Run();
   void Walk();
+  void EnterSubFolder(const std::string& path);
   void EnterFolder(const std::string& path);
   std::vector<PropertyValue> ReadProperties(Folder& folder);
   PropertyValue SizeBelow(const std::string& path) const;
   void ReadFiles(FolderPart part);
-  ItemDetails ReadFile(const Folder& folder, std::string_view name) const;
+  std::optional<ItemDetails> ReadFile(const Folder& folder, std::string_view name) const;
   void Add(FolderPart part);
   void HandOver();
 

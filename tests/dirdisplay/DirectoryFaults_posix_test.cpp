@@ -4,12 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <random>
 #include <system_error>
 
 #include "common/Text.h"
 #include "dirdisplay/DescribedFolder.h"
+#include "support/FailingFileSystem.h"
 #include "support/FullDisk_posix.h"
 #include "support/NoThreads_posix.h"
 #include "support/WithoutPrivileges_posix.h"
@@ -346,6 +348,62 @@ TEST_F(Deep, TreesAreDescribedInTextAndHtml) {
 TEST_F(Deep, TreesAreSummedUpWithoutBeingDescribed) {
   Options.IncludeSubfolders = false;
   EXPECT_EQ(Elements().at(1), "<folder name=\"top\" size=\"5\"/>");
+}
+
+// --- While something else changes the folder
+
+class Changing : public DirectoryFaults {
+ protected:
+  Changing() {
+    Options.FolderInfo = {{"Name", "Name"}};
+    Options.FileInfo = {{"Name", "Name"}, {"Size", "Size"}};
+    for (const char* name : {"a", "b", "c"}) Tree.File(std::string("top/") + name + "/file", "1");
+    Tree.File("top/x", "1");
+    Tree.File("top/y", "1");
+  }
+
+  /// What is described when `change` happens at the n-th call of the file system, for each n.
+  std::vector<Lines> AtEachCall(const std::function<void()>& change, const std::function<void()>& restore) {
+    std::vector<Lines> all;
+    for (int at = 1;; ++at) {
+      FailingFileSystem files;
+      files.OnCall = [&] {
+        if (files.Calls() == at) change();
+      };
+      all.push_back(Elements(Display(files)));
+      if (files.Calls() < at) return all;
+      restore();
+    }
+  }
+};
+
+TEST_F(Changing, AFileThatIsGoneIsLeftOut) {
+  const Lines whole = Elements();
+  Lines without = whole;
+  std::erase(without, "<file name=\"x\" size=\"1\"/>");
+  const auto all = AtEachCall([&] { Tree.Remove("top/x"); }, [&] { Tree.File("top/x", "1"); });
+  for (const Lines& lines : all) EXPECT_TRUE(lines == whole || lines == without) << lines.front();
+  EXPECT_EQ(all.front(), without);
+  EXPECT_EQ(all.back(), whole);
+}
+
+TEST_F(Changing, AFolderThatIsGoneIsLeftOut) {
+  const auto described = [](const std::vector<std::string>& lines, const std::string& folder) {
+    return std::ranges::count(lines, "<folder name=\"" + folder + "\">");
+  };
+  const auto all = AtEachCall([&] { Tree.Remove("top/b"); }, [&] { Tree.File("top/b/file", "1"); });
+  for (const Lines& lines : all) {
+    EXPECT_EQ(described(lines, "a") + described(lines, "c"), 2) << lines.front();
+    EXPECT_EQ(lines.back(), "</folder>");
+  }
+  EXPECT_EQ(described(all.front(), "b"), 0);
+  EXPECT_EQ(described(all.back(), "b"), 1);
+}
+
+TEST_F(Changing, TheChosenFolderGoneIsTold) {
+  FailingFileSystem files;
+  files.OnCall = [this] { Tree.Remove("top"); };
+  EXPECT_EQ(Display(files), "76 ~/top");
 }
 
 // --- Threads

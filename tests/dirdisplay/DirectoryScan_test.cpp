@@ -262,15 +262,18 @@ TEST_F(DirectoryScanTest, AFoldersValuesThatCannotBeReadAreEmpty) {
             "<folder file_quantity=\"\" size=\"\" date_created=\"\" name=\"top\"/>");
 }
 
-TEST_F(DirectoryScanTest, AFilesValueThatCannotBeReadEndsIt) {
+TEST_F(DirectoryScanTest, AFileThatIsGoneWhenItIsLookedAtIsLeftOut) {
   Tree.File("top/a");
   Tree.File("top/b");
+  Tree.File("top/c");
   FilesInfo({{"Name", "Name"}, {"Size", "Size"}});
   FailingFileSystem failing;
   failing.OnCall = [&] {
     if (failing.Calls() == 4) Tree.Remove("top/b");  // listed, and a not yet read
   };
-  EXPECT_EQ(Display(failing), "53 ~/top/b");
+  EXPECT_EQ(Elements(Display(failing)),
+            (Lines{"<directory_display style=\"attribute\" path=\"~/top\">", "<folder full_name=\"~/top\">",
+                   "<file name=\"a\" size=\"0\"/>", "<file name=\"c\" size=\"0\"/>", "</folder>"}));
   FilesInfo({{"Name", "Name"}});
   Tree.File("top/b");
   FailingFileSystem again;
@@ -280,14 +283,31 @@ TEST_F(DirectoryScanTest, AFilesValueThatCannotBeReadEndsIt) {
   EXPECT_EQ(Elements(Display(again)).at(3), "<file name=\"b\"/>");  // its name needs no look-up
 }
 
-TEST_F(DirectoryScanTest, ASubFolderThatGoesMeanwhileEndsIt) {
+TEST_F(DirectoryScanTest, AFileThatSomethingElseHasTakenThePlaceOfEndsIt) {
+  Tree.File("top/a");
+  Tree.File("top/b");
+  FilesInfo({{"Name", "Name"}, {"Size", "Size"}});
+  FailingFileSystem failing;
+  failing.OnCall = [&] {
+    if (failing.Calls() != 4) return;
+    Tree.Remove("top/b");
+    Tree.Folder("top/b");
+  };
+  EXPECT_EQ(Display(failing), "53 ~/top/b");
+}
+
+TEST_F(DirectoryScanTest, ASubFolderThatIsGoneWhenItIsEnteredIsLeftOut) {
   Tree.File("top/a");
   Tree.Folder("top/sub");
+  Tree.Folder("top/sub2");
   FailingFileSystem files;
   files.OnCall = [&] {
     if (files.Calls() == 4) Tree.Remove("top/sub");
   };
-  EXPECT_EQ(Display(files), "76 ~/top/sub");
+  Folders({{"Name", "Name"}});
+  EXPECT_EQ(Elements(Display(files)),
+            (Lines{"<directory_display style=\"attribute\" path=\"~/top\">", "<folder name=\"top\">",
+                   "<folder name=\"sub2\"/>", "<file name=\"a\"/>", "</folder>"}));
 }
 
 TEST_F(DirectoryScanTest, ADescriptionThatIsTooLargeForTheMemoryEndsIt) {

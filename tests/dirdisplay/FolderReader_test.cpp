@@ -50,7 +50,7 @@ TEST_F(FolderReaderTest, OneFolderWithVeryManyFilesComesInParts) {
   for (; const auto part = reader.Next([] {}); ++parts) {
     EXPECT_EQ(part->FirstFile, next);
     ASSERT_EQ(part->Details.size(), part->EndFile - part->FirstFile);
-    EXPECT_TRUE(std::ranges::all_of(part->Details, [](const ItemDetails& one) { return one.Size == 1; }));
+    EXPECT_TRUE(std::ranges::all_of(part->Details, [](const auto& one) { return one->Size == 1; }));
     next = part->EndFile;
   }
   EXPECT_EQ(next, std::size_t{Many});
@@ -150,7 +150,7 @@ TEST_F(FolderReaderTest, WhatIsNotPlannedIsNotRead) {
   FolderReader sizes(*Files, plan);
   part = sizes.Next([] {});
   ASSERT_TRUE(part);
-  EXPECT_EQ(part->Details.at(0).Size, 4u);
+  EXPECT_EQ(part->Details.at(0)->Size, 4u);
   EXPECT_EQ(part->Properties.at(1), PropertyValue());  // whoever takes the parts adds them up
 }
 
