@@ -140,17 +140,17 @@ class Listing final : public Folder {
   int RenameMember(const std::string& name, const std::string& newName, bool changesCase) const {
     const int folder = mHandle.Get();
     const int error = RenameWithoutReplacing(folder, name.c_str(), folder, newName.c_str());
-    if (error != EEXIST || !changesCase || !IsSameFile(name, newName)) return error;
-    // To a file system that ignores case the new name is there already. Replaced is nothing but the old one.
+    if (error != EEXIST || !changesCase || IsListed(newName)) return error;
+    // To a file system that ignores case the new name is there already, being the old one.
     return renameat(folder, name.c_str(), folder, newName.c_str()) == 0 ? 0 : errno;
   }
 
-  bool IsSameFile(const std::string& name, const std::string& newName) const {
-    struct stat a {};
-    struct stat b {};
-    return fstatat(mHandle.Get(), name.c_str(), &a, AT_SYMLINK_NOFOLLOW) == 0 &&
-           fstatat(mHandle.Get(), newName.c_str(), &b, AT_SYMLINK_NOFOLLOW) == 0 && a.st_dev == b.st_dev &&
-           a.st_ino == b.st_ino;
+  /// Asked of the names themselves: some file systems that ignore case give one file a number for each
+  /// spelling.
+  bool IsListed(const std::string& name) const {
+    bool isListed = false;
+    ReadNames([&](const dirent64& entry) { isListed = isListed || name == entry.d_name; });
+    return isListed;
   }
 
   void ReadMembers() {

@@ -75,16 +75,15 @@ void PendingFile::TakePlace(bool replace) {
     if (errno != EEXIST || !replace) RaiseLast();
     GiveNeighbourName();
   }
-  if (replace) {
-    if (renameat(mFolder.Get(), mNeighbour.c_str(), mFolder.Get(), mName.c_str()) != 0) RaiseLast();
-    mNeighbour.clear();
-  } else if (linkat(mFolder.Get(), mNeighbour.c_str(), mFolder.Get(), mName.c_str(), 0) != 0) {
-    if (errno != EPERM && errno != EOPNOTSUPP) RaiseLast();
-    // No hard links here, as on FAT: the one call that refuses an existing target is left.
-    if (renameat2(mFolder.Get(), mNeighbour.c_str(), mFolder.Get(), mName.c_str(), RENAME_NOREPLACE) != 0)
-      RaiseLast();
-    mNeighbour.clear();
-  }
+  const int folder = mFolder.Get();
+  const char* neighbour = mNeighbour.c_str();
+  int error = 0;
+  if (!replace)
+    error = RenameWithoutReplacing(folder, neighbour, folder, mName.c_str());
+  else if (renameat(folder, neighbour, folder, mName.c_str()) != 0)
+    error = errno;
+  if (error != 0) Raise(error, mPath);
+  mNeighbour.clear();
 }
 
 bool PendingFile::LinkAs(const std::string& name) const {

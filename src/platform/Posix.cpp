@@ -41,6 +41,15 @@ Handle OpenBelow(int folder, const std::string& path) {
   return OpenStepByStep(folder, path);
 }
 
+/// For file systems such as exFAT in user space, where no call refuses an existing target. What others put
+/// there between these two calls is overwritten; nothing better exists there.
+int RenameToFreeName(int fromFolder, const char* from, int toFolder, const char* to) {
+  struct stat found {};
+  if (fstatat(toFolder, to, &found, AT_SYMLINK_NOFOLLOW) == 0) return EEXIST;
+  if (errno != ENOENT) return errno;
+  return renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
+}
+
 }  // namespace
 
 Handle& Handle::operator=(Handle&& other) noexcept {
@@ -181,7 +190,10 @@ int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const
   if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL) return errno;
   // Not known to this file system. A second name refuses an existing target as well.
-  if (linkat(fromFolder, from, toFolder, to, 0) != 0) return errno;
+  if (linkat(fromFolder, from, toFolder, to, 0) != 0) {
+    const bool hasNoLinks = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS;
+    return hasNoLinks ? RenameToFreeName(fromFolder, from, toFolder, to) : errno;
+  }
   if (unlinkat(fromFolder, from, 0) == 0) return 0;
   const int error = errno;
   unlinkat(toFolder, to, 0);  // what keeps its old name gets no new one

@@ -103,8 +103,9 @@ FileError ErrorOf(int code, FileError missing = FileError::PathNotFound);
 /// say that somebody wants the file kept.
 void CheckReplaceable(const struct stat& existing, int folder, const char* name, const std::string& path);
 
-/// Renames what is no folder and never overwrites; gives errno, or 0 once it is done. EXDEV where the two are
-/// on different volumes.
+/// Renames what is no folder and never overwrites, unless on a file system that can promise that in no way
+/// another program takes the name in the same moment. Gives errno, or 0 once it is done; EXDEV where the two
+/// are on different volumes.
 int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to);
 
 /// Opens a folder to look members up in it; raises.

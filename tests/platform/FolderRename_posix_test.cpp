@@ -32,6 +32,11 @@ class FolderRenameOnPosix : public testing::Test {
 
   /// From here on this process finds no file system that can rename without replacing, as on network drives.
   static void ForbidSafeRenames() { RefuseCall(SYS_renameat2, 4, RENAME_NOREPLACE, EINVAL); }
+  /// The same without second names of a file, as on exFAT in user space.
+  static void ForbidSafeRenamesAndLinks() {
+    ForbidSafeRenames();
+    RefuseCall(SYS_linkat, 4, 0, EPERM);
+  }
 
   TempTree mTree;
   const std::unique_ptr<FileSystemObject> mFiles = CreateFileSystemObject();
@@ -129,6 +134,35 @@ TEST_F(FolderRenameOnPosix, WithoutThatItDoesNotOverwriteEither) {
             }),
             58);
   EXPECT_EQ(mTree.List("folder"), (Names{"a", "c", "x"}));
+  EXPECT_EQ(Read("x"), "x");
+}
+
+TEST_F(FolderRenameOnPosix, NeedsNoSecondNamesEither) {
+  File("a");
+  File("b");
+  ASSERT_EQ(symlink("nowhere", mTree.Path("folder/link").c_str()), 0);
+  ASSERT_EQ(InChild([&] {
+              ForbidSafeRenamesAndLinks();
+              return Rename("a", "x") + Rename("link", "LINK") + Rename("b", "B");
+            }),
+            0);
+  EXPECT_EQ(mTree.List("folder"), (Names{"B", "LINK", "x"}));
+  EXPECT_EQ(Read("x"), "a");
+  EXPECT_EQ(Read("B"), "b");
+}
+
+TEST_F(FolderRenameOnPosix, WithoutBothItDoesNotOverwriteWhatIsThere) {
+  File("a");
+  File("b");
+  const auto rename = [&] {
+    ForbidSafeRenamesAndLinks();
+    Rename("b", "c");
+    File("x");
+    if (symlink("nowhere", mTree.Path("folder/link").c_str()) != 0) return 255;
+    return Rename("a", "link") == 58 ? Rename("a", "x") : 255;
+  };
+  EXPECT_EQ(InChild(rename), 58);
+  EXPECT_EQ(mTree.List("folder"), (Names{"a", "c", "link", "x"}));
   EXPECT_EQ(Read("x"), "x");
 }
 
