@@ -6,6 +6,8 @@ namespace brackwell {
 
 std::string Describe(FileError error) {
   switch (error) {
+    case FileError::BadFileName:
+      return "Bad file name or number";
     case FileError::FileNotFound:
       return "File not found";
     case FileError::DeviceError:
@@ -29,6 +31,20 @@ std::string Describe(FileError error) {
 }
 
 FileSystemError::FileSystemError(FileError error, std::string path)
-    : std::runtime_error(Describe(error) + ": " + path), mError(error), mPath(std::move(path)) {}
+    : FileSystemError(error, std::move(path), Describe(error)) {}
+
+FileSystemError::FileSystemError(FileError error, std::string path, std::string description)
+    : std::runtime_error(description + ": " + path),
+      mError(error),
+      mPath(std::move(path)),
+      mDescription(std::move(description)) {}
+
+FileSystemError CannotHoldName(const std::string& path) {
+  return {FileError::BadFileName, path, "The target's disk cannot hold this name"};
+}
+
+FileSystemError KeepsChanging(const std::string& path) {
+  return {FileError::PathFileAccess, path, "The file keeps changing while it is copied"};
+}
 
 }  // namespace brackwell

@@ -145,7 +145,9 @@ class PosixFileSystem final : public FileSystemObject {
   void CreateFolder(const std::string& path) override {
     const std::string name(WithoutSeparator(path));
     const Location location(name, mRoots);
-    if (mkdirat(location.Folder(), location.Name(), 0777) != 0) Raise(errno, path);
+    if (mkdirat(location.Folder(), location.Name(), 0777) == 0) return;
+    const int error = errno;
+    posix::RaiseForName(error, posix::OpenParent(location).Get(), path);
   }
 
   void CopyFolderProperties(const std::string& source, const std::string& target) override {

@@ -72,7 +72,7 @@ void PendingFile::Commit(bool replace) {
 void PendingFile::TakePlace(bool replace) {
   if (mNeighbour.empty()) {
     if (LinkAs(mName)) return;
-    if (errno != EEXIST || !replace) RaiseLast();
+    if (errno != EEXIST || !replace) RaiseForTheName(errno);
     GiveNeighbourName();
   }
   const int folder = mFolder.Get();
@@ -82,7 +82,7 @@ void PendingFile::TakePlace(bool replace) {
     error = RenameWithoutReplacing(folder, neighbour, folder, mName.c_str());
   else if (renameat(folder, neighbour, folder, mName.c_str()) != 0)
     error = errno;
-  if (error != 0) Raise(error, mPath);
+  if (error != 0) RaiseForTheName(error);
   mNeighbour.clear();
 }
 
@@ -132,5 +132,11 @@ bool PendingFile::IsAt(const std::string& neighbour, const Handle& file) const {
 }
 
 void PendingFile::RaiseLast() const { Raise(errno, mPath); }
+
+/// The neighbour itself may have been taken away, too.
+void PendingFile::RaiseForTheName(int code) const {
+  if (!mNeighbour.empty() && !IsAt(mNeighbour, mFile)) Raise(code, mPath);
+  RaiseForName(code, mFolder.Get(), mPath);
+}
 
 }  // namespace brackwell::posix

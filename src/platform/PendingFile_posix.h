@@ -34,6 +34,7 @@ class PendingFile {
   bool RemoveLeftover(const std::string& neighbour) const;
   bool IsAt(const std::string& neighbour, const Handle& file) const;
   [[noreturn]] void RaiseLast() const;
+  [[noreturn]] void RaiseForTheName(int code) const;
 
   Handle mFolder;
   Handle mFile;

@@ -180,6 +180,14 @@ void Raise(int code, const std::string& path, FileError missing) {
   throw FileSystemError(ErrorOf(code, missing), path);
 }
 
+void RaiseForName(int code, int folder, const std::string& path) {
+  struct stat status {};
+  const bool isThere = fstat(folder, &status) == 0 && status.st_nlink > 0;
+  const bool mayBeTheName = code == EINVAL || code == EILSEQ || code == ENAMETOOLONG || code == ENOENT;
+  if (isThere && mayBeTheName) throw CannotHoldName(path);
+  Raise(code, path);
+}
+
 void CheckReplaceable(const struct stat& existing, int folder, const char* name, const std::string& path) {
   if (!S_ISREG(existing.st_mode)) throw FileSystemError(FileError::PathFileAccess, path);
   if ((existing.st_mode & 0222) == 0) throw FileSystemError(FileError::PermissionDenied, path);

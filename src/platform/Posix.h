@@ -98,6 +98,10 @@ bool IsNowhere(int code);
 FileError ErrorOf(int code, FileError missing = FileError::PathNotFound);
 [[noreturn]] void Raise(int code, const std::string& path, FileError missing = FileError::PathNotFound);
 
+/// Throws for an item that could not be given its name in an open folder: BadFileName where the disk cannot
+/// hold such a name, which some file systems tell by saying that nothing was found.
+[[noreturn]] void RaiseForName(int code, int folder, const std::string& path);
+
 /// Raises where the file `name` in an open folder, with the status `existing`, may not be replaced. A rename
 /// would get past a file's own protection. The system lets an administrator through; missing write bits still
 /// say that somebody wants the file kept.
