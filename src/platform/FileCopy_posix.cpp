@@ -11,7 +11,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "platform/FileProperties_posix.h"
+#include "platform/FileRewrite_posix.h"
+#include "platform/Paths.h"
 #include "platform/PendingFile_posix.h"
 #include "platform/Posix.h"
 
@@ -32,11 +36,20 @@ struct Source {
 
 using Existing = std::optional<struct stat>;
 
-Existing FindItem(const Location& location, int flags) {
+/// A name that the disk cannot hold may be refused by the look-up already.
+Existing FindTarget(const Location& target) {
   struct stat status {};
-  if (fstatat(location.Folder(), location.Name(), &status, flags) == 0) return status;
-  if (errno != ENOENT) Raise(errno, location.Path());
+  if (fstatat(target.Folder(), target.Name(), &status, AT_SYMLINK_NOFOLLOW) == 0) return status;
+  const int error = errno;
+  if (error != ENOENT) RaiseForName(error, OpenParent(target).Get(), target.Path());
   return std::nullopt;
+}
+
+struct stat RequireItem(const Location& location, int flags) {
+  struct stat status {};
+  if (fstatat(location.Folder(), location.Name(), &status, flags) != 0)
+    Raise(errno, location.Path(), FileError::FileNotFound);
+  return status;
 }
 
 /// Pipes and devices are told by their status, before anything is opened.
@@ -53,10 +66,12 @@ Source OpenSource(const Location& location, const struct stat& found, int flags)
   return source;
 }
 
-struct stat RequireItem(const Location& location, int flags) {
-  const Existing found = FindItem(location, flags);
-  if (!found) throw FileSystemError(FileError::FileNotFound, location.Path());
-  return *found;
+/// Two looks, since the name may lead to another file by now.
+bool HasStayedTheSame(const Source& source, const Location& location, int flags) {
+  struct stat open {};
+  struct stat named {};
+  return fstat(source.File.Get(), &open) == 0 && IsUnchanged(source.Status, open) &&
+         fstatat(location.Folder(), location.Name(), &named, flags) == 0 && IsUnchanged(source.Status, named);
 }
 
 void CheckTarget(const Existing& existing, const Location& target, const struct stat& source,
@@ -70,8 +85,8 @@ void CheckTarget(const Existing& existing, const Location& target, const struct 
   if (!S_ISLNK(existing->st_mode)) CheckReplaceable(*existing, target.Folder(), target.Name(), path);
 }
 
-/// Copies content by the kernel where it can, up to where the file ends: it may have grown or shrunk
-/// meanwhile.
+/// Copies content by the kernel where it can, as far as the file went when it was opened. Whether it has
+/// changed meanwhile is for the caller to notice.
 class ContentCopy {
  public:
   ContentCopy(const Source& source, const std::string& sourcePath, int to, const std::string& targetPath,
@@ -79,12 +94,14 @@ class ContentCopy {
       : mFrom(source.File.Get()), mTo(to), mSourcePath(sourcePath), mTargetPath(targetPath), mTick(tick) {}
 
   void CopyAll(const struct stat& status) {
-    if (status.st_size > 0 && ioctl(mTo, FICLONE, mFrom) == 0) return;
-    const bool hasHoles = status.st_blocks * 512 < status.st_size;
+    const off_t size = status.st_size;
+    const bool hasHoles = status.st_blocks * 512 < size;
+    if (size == 0) return CopyRange(0, LLONG_MAX);  // files of the kernel's tell no size
+    if (ioctl(mTo, FICLONE, mFrom) == 0) return;
     if (hasHoles)
-      CopyData(status.st_size);
+      CopyData(size);
     else
-      CopyRange(0, LLONG_MAX);
+      CopyRange(0, size);
   }
 
  private:
@@ -92,14 +109,13 @@ class ContentCopy {
     for (off_t at = 0; at < size;) {
       const off_t data = lseek(mFrom, at, SEEK_DATA);
       if (data < 0 && errno == ENXIO) break;  // only a hole is left
-      if (data < 0) return CopyRange(at, LLONG_MAX);
+      if (data < 0) return CopyRange(at, size);
       const off_t hole = lseek(mFrom, data, SEEK_HOLE);
-      if (hole < 0) return CopyRange(data, LLONG_MAX);
-      CopyRange(data, hole);
+      if (hole < 0) return CopyRange(data, size);
+      CopyRange(data, std::min(hole, size));
       at = hole;
     }
-    struct stat now {};
-    if (fstat(mFrom, &now) != 0 || ftruncate(mTo, now.st_size) != 0) Raise(errno, mTargetPath);
+    if (ftruncate(mTo, size) != 0) Raise(errno, mTargetPath);
   }
 
   void CopyRange(off_t from, off_t end) {
@@ -143,28 +159,77 @@ class ContentCopy {
   const Tick& mTick;
 };
 
-/// A file that is replaced keeps its owner. The special mode bits go with the owner they were given by. What
-/// a file system such as FAT cannot keep is no reason to refuse the copy.
-void CopyStatus(const struct stat& source, const Existing& existing, int file, const std::string& path) {
-  if (existing && (existing->st_uid != geteuid() || existing->st_gid != getegid()))
-    static_cast<void>(fchown(file, existing->st_uid, existing->st_gid) == 0);
-  struct stat made {};
-  const bool sameOwner =
-      fstat(file, &made) == 0 && made.st_uid == source.st_uid && made.st_gid == source.st_gid;
-  fchmod(file, source.st_mode & (sameOwner ? 07777 : 0777));
+void CopyTimes(const struct stat& source, const Handle& file, const std::string& path) {
   const timespec times[] = {source.st_atim, source.st_mtim};
-  if (futimens(file, times) != 0 && errno != EPERM) Raise(errno, path);
+  if (futimens(file.Get(), times) != 0 && errno != EPERM) Raise(errno, path);
 }
 
-void CopyRegularFile(const Location& from, const struct stat& found, int flags, const Location& target,
-                     const Existing& existing, bool overwrite, const Tick& tick) {
-  const Source source = OpenSource(from, found, flags);
-  const std::string& path = target.Path();
-  PendingFile pending(OpenParent(target), std::string(FileName(path)), path);
-  CallTick(tick);
-  ContentCopy(source, from.Path(), pending.Descriptor(), path, tick).CopyAll(source.Status);
-  CopyStatus(source.Status, existing, pending.Descriptor(), path);
-  pending.Commit(overwrite);
+/// One copy of a file's content, and what is asked about it once it is made.
+class OneFile {
+ public:
+  /// `flags` say whether `source` may be a link that is followed.
+  OneFile(const Location& source, const struct stat& found, bool follows, const Location& target,
+          const Tick& tick)
+      : mFrom(source),
+        mTo(target),
+        mFollows(follows),
+        mTick(tick),
+        mSource(OpenSource(source, found, follows ? 0 : O_NOFOLLOW)) {}
+
+  /// False where the source has changed meanwhile; then nothing else has happened.
+  bool CopyToNewFile(Handle folder, bool replace) const {
+    const std::string& path = mTo.Path();
+    PendingFile pending(std::move(folder), std::string(FileName(path)), path);
+    if (!CopyContent(pending.File())) return false;
+    CopyPropertiesToNew(mSource.File, mSource.Status, pending.File());
+    CopyTimes(mSource.Status, pending.File(), path);
+    pending.Commit(replace);
+    return true;
+  }
+
+  /// The same for a target that is there.
+  bool CopyOnto(const struct stat& existing, Handle folder) const {
+    const std::string& path = mTo.Path();
+    Handle old(openat(folder.Get(), std::string(FileName(path)).c_str(),
+                      O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!old.IsOpen()) Raise(errno, path);
+    const auto rewrite = RewriteFile(std::move(old), existing, std::move(folder), path, WithoutErrors());
+    if (!CopyContent(rewrite->Content())) return false;
+    rewrite->CloseAsCopy(mSource.Status.st_mtim);
+    return true;
+  }
+
+ private:
+  bool CopyContent(const Handle& to) const {
+    CallTick(mTick);
+    ContentCopy(mSource, mFrom.Path(), to.Get(), mTo.Path(), mTick).CopyAll(mSource.Status);
+    return HasStayedTheSame(mSource, mFrom, mFollows ? 0 : AT_SYMLINK_NOFOLLOW);
+  }
+
+  /// For what must not be left half done: whoever wants the run to end says so again with the next tick.
+  Tick WithoutErrors() const {
+    return [this] {
+      try {
+        CallTick(mTick);
+      } catch (...) {
+      }
+    };
+  }
+
+  const Location& mFrom;
+  const Location& mTo;
+  const bool mFollows;
+  const Tick& mTick;
+  const Source mSource;
+};
+
+/// Calls `copy` until it has found its source unchanged.
+template <typename Copy>
+void CopyUnchanged(const Location& source, Copy copy) {
+  constexpr int Attempts = 2;
+  for (int attempt = 0; attempt < Attempts; ++attempt)
+    if (copy()) return;
+  throw KeepsChanging(source.Path());
 }
 
 std::string TextOfLink(const Location& link) {
@@ -174,23 +239,39 @@ std::string TextOfLink(const Location& link) {
   return std::string(text, static_cast<std::size_t>(length));
 }
 
+bool TryToCopy(const Location& source, const Location& target, bool overwrite, const Tick& tick,
+               CaseTwins& twins) {
+  const struct stat found = RequireItem(source, AT_SYMLINK_NOFOLLOW);
+  const Existing existing = FindTarget(target);
+  CheckTarget(existing, target, found, overwrite);
+  Handle folder = OpenParent(target);
+  if (existing) twins.Check(source, target, folder);
+  if (S_ISLNK(found.st_mode)) {
+    PutLink(folder, std::string(FileName(target.Path())), target.Path(), TextOfLink(source), found.st_mtim,
+            existing.has_value());
+    return true;
+  }
+  const OneFile file(source, found, false, target, tick);
+  if (existing && S_ISREG(existing->st_mode)) return file.CopyOnto(*existing, std::move(folder));
+  return file.CopyToNewFile(std::move(folder), existing.has_value());
+}
+
 }  // namespace
 
-void CopyOneFile(const Location& source, const Location& target, bool overwrite, const Tick& tick) {
-  const struct stat found = RequireItem(source, AT_SYMLINK_NOFOLLOW);
-  const Existing existing = FindItem(target, AT_SYMLINK_NOFOLLOW);
-  CheckTarget(existing, target, found, overwrite);
-  if (!S_ISLNK(found.st_mode))
-    return CopyRegularFile(source, found, O_NOFOLLOW, target, existing, overwrite, tick);
-  if (symlinkat(TextOfLink(source).c_str(), target.Folder(), target.Name()) != 0) Raise(errno, target.Path());
+void CopyOneFile(const Location& source, const Location& target, bool overwrite, const Tick& tick,
+                 CaseTwins& twins) {
+  CopyUnchanged(source, [&] { return TryToCopy(source, target, overwrite, tick, twins); });
 }
 
 void CopyAsNewFile(const Location& source, const Location& target, const Tick& tick) {
-  const struct stat found = RequireItem(source, 0);
-  const Existing existing = FindItem(target, AT_SYMLINK_NOFOLLOW);
-  if (existing && S_ISLNK(existing->st_mode)) throw FileSystemError(FileError::PathFileAccess, target.Path());
-  CheckTarget(existing, target, found, true);
-  CopyRegularFile(source, found, 0, target, existing, true, tick);
+  CopyUnchanged(source, [&] {
+    const struct stat found = RequireItem(source, 0);
+    const Existing existing = FindTarget(target);
+    if (existing && S_ISLNK(existing->st_mode))
+      throw FileSystemError(FileError::PathFileAccess, target.Path());
+    CheckTarget(existing, target, found, true);
+    return OneFile(source, found, true, target, tick).CopyToNewFile(OpenParent(target), existing.has_value());
+  });
 }
 
 }  // namespace brackwell::posix

@@ -1,5 +1,6 @@
 #include "platform/FileProperties_posix.h"
 
+#include <linux/limits.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -9,6 +10,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/AccessList_posix.h"
 
 namespace brackwell::posix {
 namespace {
@@ -20,15 +23,20 @@ bool BelongsToContent(const std::string& attribute) {
   return attribute == "security.capability" || attribute == "security.ima" || attribute == "security.evm";
 }
 
+/// In one call for all but a few files.
 std::optional<Names> AttributesOf(const Handle& file) {
-  const auto size = flistxattr(file.Get(), nullptr, 0);
-  if (size < 0) return errno == ENOTSUP ? std::optional(Names()) : std::nullopt;
-  std::string list(static_cast<std::size_t>(size), '\0');
-  const auto length = flistxattr(file.Get(), list.data(), list.size());
-  if (length < 0) return std::nullopt;
+  char few[1024];
+  std::string many;
+  const char* list = few;
+  auto length = flistxattr(file.Get(), few, sizeof few);
+  if (length < 0 && errno == ERANGE) {
+    many.resize(XATTR_LIST_MAX);
+    list = many.data();
+    length = flistxattr(file.Get(), many.data(), many.size());
+  }
+  if (length < 0) return errno == ENOTSUP ? std::optional(Names()) : std::nullopt;
   Names names;
-  for (const char* name = list.data(); name < list.data() + length; name += std::strlen(name) + 1)
-    names.emplace_back(name);
+  for (const char* name = list; name < list + length; name += std::strlen(name) + 1) names.emplace_back(name);
   return names;
 }
 
@@ -81,6 +89,45 @@ mode_t ModeOnceWritten(mode_t mode) {
   return mode & ~(S_ISUID | (runsAsGroup ? S_ISGID : 0U));
 }
 
+bool Contains(const Names& names, const char* name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::optional<AccessList> AccessListOf(const Handle& file, const Names& attributes) {
+  if (!Contains(attributes, AccessList::Attribute)) return std::nullopt;
+  const auto value = ValueOf(file, AccessList::Attribute);
+  return value ? std::optional(AccessList(*value)) : std::nullopt;
+}
+
+bool Set(const AccessList& list, const Handle& file) {
+  const std::string value = list.Value();
+  return fsetxattr(file.Get(), AccessList::Attribute, value.data(), value.size(), 0) == 0;
+}
+
+/// A file that has none of its own may have been given one by its folder.
+void RemoveAccessList(const Handle& file) {
+  if (Contains(AttributesOf(file).value_or(Names()), AccessList::Attribute))
+    fremovexattr(file.Get(), AccessList::Attribute);
+}
+
+mode_t WithClasses(mode_t mode, const ClassRights& rights) {
+  return (mode & ~static_cast<mode_t>(077)) | rights.Group << 3 | rights.Other;
+}
+
+/// `mode` is the source's. The mode last: a change of the access list changes it.
+void SetRights(const Handle& to, mode_t mode, std::optional<AccessList> list, bool hasSameGroup) {
+  ClassRights rights = list ? list->Unnamed() : ClassRights{.Group = mode >> 3 & 7, .Other = mode & 7};
+  if (!hasSameGroup) rights = rights.ForAnotherGroup();
+  if (list) list->SetUnnamed(rights);
+  if (list && Set(*list, to)) {
+    rights.Group = mode >> 3 & 7;  // its mask
+  } else {
+    RemoveAccessList(to);
+    if (list) rights = list->WithoutNames();
+  }
+  fchmod(to.Get(), WithClasses(mode, rights));
+}
+
 }  // namespace
 
 bool CopyProperties(const Handle& from, const struct stat& status, const Handle& to) {
@@ -90,6 +137,17 @@ bool CopyProperties(const Handle& from, const struct stat& status, const Handle&
   return CopyOwner(status, to) && CopyAttributes(from, to) &&
          (fchmod(to.Get(), mode) == 0 || errno == EPERM) && fstat(to.Get(), &made) == 0 &&
          made.st_uid == status.st_uid && made.st_gid == status.st_gid && (made.st_mode & 07777) == mode;
+}
+
+void CopyPropertiesToNew(const Handle& from, const struct stat& status, const Handle& to) {
+  const Names attributes = AttributesOf(from).value_or(Names());
+  for (const std::string& attribute : attributes)
+    if (attribute.starts_with("user.")) CopyAttribute(from, attribute, to);
+  struct stat made {};
+  const bool known = fstat(to.Get(), &made) == 0;
+  const bool hasSameGroup = known && made.st_gid == status.st_gid;
+  const bool hasSameOwner = hasSameGroup && made.st_uid == status.st_uid;
+  SetRights(to, status.st_mode & (hasSameOwner ? 07777 : 0777), AccessListOf(from, attributes), hasSameGroup);
 }
 
 }  // namespace brackwell::posix

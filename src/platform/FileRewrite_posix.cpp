@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -18,14 +19,6 @@
 
 namespace brackwell::posix {
 namespace {
-
-bool AreEqual(const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; }
-
-/// The same file, and nobody has written to it or changed its properties in between.
-bool IsUnchanged(const struct stat& before, const struct stat& now) {
-  return before.st_dev == now.st_dev && before.st_ino == now.st_ino && before.st_size == now.st_size &&
-         AreEqual(before.st_mtim, now.st_mtim) && AreEqual(before.st_ctim, now.st_ctim);
-}
 
 /// False also for a folder that only takes additions: there nothing can be replaced, nor a neighbour be
 /// removed.
@@ -57,19 +50,17 @@ bool RenameKeepsOrder(const Handle& file) {
          system.f_type == TMPFS_MAGIC;
 }
 
-class FileRewriter final : public TextWriter {
+class FileRewriter final : public FileRewrite {
  public:
-  FileRewriter(const Handle& file, const struct stat& opened, const Handle& folder, std::string path,
-               Tick tick)
+  FileRewriter(Handle file, const struct stat& opened, Handle folder, std::string path, Tick tick)
       : mOpened(opened),
         mPath(std::move(path)),
         mTick(std::move(tick)),
         mName(FileName(mPath)),
-        mOld(file.Duplicate()),
-        mFolder(folder.Duplicate()),
+        mOld(std::move(file)),
+        mFolder(std::move(folder)),
         mLiesBeside(MayBeChanged(mFolder)),
-        mNew(mLiesBeside ? folder.Duplicate() : OpenFolder(GetTempFolder()), mName, mPath) {
-    if (!mOld.IsOpen()) Raise(errno, mPath);
+        mNew(mLiesBeside ? mFolder.Duplicate() : OpenFolder(GetTempFolder()), mName, mPath) {
     CheckUnused();
     CheckUnchanged();
     if (!MayReplace()) mNew.GiveUpName();
@@ -77,8 +68,15 @@ class FileRewriter final : public TextWriter {
 
   void Write(std::string_view bytes) override { WriteAll(mNew.File(), bytes, mPath); }
 
+  const Handle& Content() const override { return mNew.File(); }
+
   void Close() override {
     if (!TryToReplace()) Overwrite();
+  }
+
+  void CloseAsCopy(const timespec& modified) override {
+    mModified = modified;
+    Close();
   }
 
  private:
@@ -101,7 +99,10 @@ class FileRewriter final : public TextWriter {
   /// somebody else, is mounted there, or lies in a folder that may not be changed.
   bool TryToReplace() {
     if (!MayReplace() || !CopyProperties(mOld, mOpened, mNew.File())) return false;
-    if (!RenameKeepsOrder(mNew.File()) && fdatasync(mNew.Descriptor()) != 0) Raise(errno, mPath);
+    if (mModified)
+      SetTimes(mNew.File());
+    else if (!RenameKeepsOrder(mNew.File()) && fdatasync(mNew.Descriptor()) != 0)
+      Raise(errno, mPath);
     // As late as can be: what is added from here on is lost.
     CheckUnused();
     CheckUnchanged();
@@ -121,6 +122,13 @@ class FileRewriter final : public TextWriter {
     const Handle target = OpenToWrite();
     CheckUnchanged();
     if (const int error = CopyInPlace(mNew.File(), size, target, mOpened, mTick)) Raise(error, mPath);
+    if (mModified) SetTimes(target);
+  }
+
+  /// Only its owner can; where that is somebody else, the file counts as modified now.
+  void SetTimes(const Handle& file) const {
+    const timespec times[] = {mOpened.st_atim, *mModified};
+    if (futimens(file.Get(), times) != 0 && errno != EPERM) Raise(errno, mPath);
   }
 
   /// Behind the new content, whose size it gives.
@@ -148,14 +156,14 @@ class FileRewriter final : public TextWriter {
   const Handle mFolder;
   const bool mLiesBeside;  // else in the folder for temporary files
   PendingFile mNew;
+  std::optional<timespec> mModified;  // of a copy
 };
 
 }  // namespace
 
-std::unique_ptr<TextWriter> RewriteFile(const Handle& file, const struct stat& opened, const Handle& folder,
-                                        const std::string& path, Tick tick) {
-  CheckReplaceable(opened, folder.Get(), std::string(FileName(path)).c_str(), path);
-  return std::make_unique<FileRewriter>(file, opened, folder, path, std::move(tick));
+std::unique_ptr<FileRewrite> RewriteFile(Handle file, const struct stat& opened, Handle folder,
+                                         const std::string& path, Tick tick) {
+  return std::make_unique<FileRewriter>(std::move(file), opened, std::move(folder), path, std::move(tick));
 }
 
 }  // namespace brackwell::posix

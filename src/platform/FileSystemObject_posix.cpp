@@ -135,7 +135,7 @@ class PosixFileSystem final : public FileSystemObject {
 
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                 const Tick& tick) override {
-    posix::CopyOneFile(Location(source, mRoots), Location(target, mRoots), overwrite, tick);
+    posix::CopyOneFile(Location(source, mRoots), Location(target, mRoots), overwrite, tick, mTwins);
   }
 
   void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick) override {
@@ -216,6 +216,7 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
   const posix::Roots mRoots;
+  posix::CaseTwins mTwins;
 };
 
 }  // namespace

@@ -20,6 +20,37 @@ bool MarkAsBeingWritten(const Handle& file) {
   return flock(file.Get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
+/// The same names for the same target, so that the next writer finds what a killed one left; short, since the
+/// target's own name may already be as long as names can be.
+std::string NeighbourName(const std::string& target, int number) {
+  char name[48];
+  std::snprintf(name, sizeof name, ".brackwell-%016zx-%d.tmp", std::hash<std::string>{}(target), number);
+  return name;
+}
+
+/// Gives the name of the new link. One that is there has been left by a killed program: it takes its target's
+/// place as soon as it is made.
+std::string MakeNeighbourLink(const Handle& folder, const std::string& name, const std::string& path,
+                              const std::string& text) {
+  for (int number = 0; number < NeighbourNumbers; ++number) {
+    std::string neighbour = NeighbourName(name, number);
+    if (symlinkat(text.c_str(), folder.Get(), neighbour.c_str()) == 0) return neighbour;
+    if (errno != EEXIST) Raise(errno, path);
+    struct stat found {};
+    const bool isLeftover =
+        fstatat(folder.Get(), neighbour.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(found.st_mode);
+    if (!isLeftover || unlinkat(folder.Get(), neighbour.c_str(), 0) != 0) continue;
+    if (symlinkat(text.c_str(), folder.Get(), neighbour.c_str()) == 0) return neighbour;
+  }
+  throw FileSystemError(FileError::PathFileAccess, path);
+}
+
+/// What cannot be kept there is no reason to refuse the link.
+void SetTimeOfLink(const Handle& folder, const std::string& name, const timespec& modified) {
+  const timespec times[] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, modified};
+  static_cast<void>(utimensat(folder.Get(), name.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0);
+}
+
 }  // namespace
 
 PendingFile::PendingFile(Handle folder, std::string name, std::string path)
@@ -48,7 +79,7 @@ bool PendingFile::OpenUnnamed() {
 
 void PendingFile::OpenNamed() {
   for (int number = 0; number < NeighbourNumbers;) {
-    std::string neighbour = NeighbourName(number);
+    std::string neighbour = NeighbourName(mName, number);
     mFile = Handle(
         openat(mFolder.Get(), neighbour.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (mFile.IsOpen()) {
@@ -94,7 +125,7 @@ bool PendingFile::LinkAs(const std::string& name) const {
 
 void PendingFile::GiveNeighbourName() {
   for (int number = 0; number < NeighbourNumbers;) {
-    std::string neighbour = NeighbourName(number);
+    std::string neighbour = NeighbourName(mName, number);
     if (LinkAs(neighbour)) {
       mNeighbour = std::move(neighbour);
       return;
@@ -103,14 +134,6 @@ void PendingFile::GiveNeighbourName() {
     if (!RemoveLeftover(neighbour)) ++number;
   }
   throw FileSystemError(FileError::PathFileAccess, mPath);
-}
-
-/// The same names for the same target, so that the next writer finds what a killed one left; short, since the
-/// target's own name may already be as long as names can be.
-std::string PendingFile::NeighbourName(int number) const {
-  char name[48];
-  std::snprintf(name, sizeof name, ".brackwell-%016zx-%d.tmp", std::hash<std::string>{}(mName), number);
-  return name;
 }
 
 bool PendingFile::RemoveLeftover(const std::string& neighbour) const {
@@ -137,6 +160,20 @@ void PendingFile::RaiseLast() const { Raise(errno, mPath); }
 void PendingFile::RaiseForTheName(int code) const {
   if (!mNeighbour.empty() && !IsAt(mNeighbour, mFile)) Raise(code, mPath);
   RaiseForName(code, mFolder.Get(), mPath);
+}
+
+void PutLink(const Handle& folder, const std::string& name, const std::string& path, const std::string& text,
+             const timespec& modified, bool replace) {
+  if (!replace) {
+    if (symlinkat(text.c_str(), folder.Get(), name.c_str()) != 0) RaiseForName(errno, folder.Get(), path);
+    return SetTimeOfLink(folder, name, modified);
+  }
+  const std::string neighbour = MakeNeighbourLink(folder, name, path, text);
+  SetTimeOfLink(folder, neighbour, modified);
+  if (renameat(folder.Get(), neighbour.c_str(), folder.Get(), name.c_str()) == 0) return;
+  const int error = errno;
+  unlinkat(folder.Get(), neighbour.c_str(), 0);
+  Raise(error, path);
 }
 
 }  // namespace brackwell::posix

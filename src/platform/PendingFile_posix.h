@@ -30,7 +30,6 @@ class PendingFile {
   void TakePlace(bool replace);
   bool LinkAs(const std::string& name) const;
   void GiveNeighbourName();
-  std::string NeighbourName(int number) const;
   bool RemoveLeftover(const std::string& neighbour) const;
   bool IsAt(const std::string& neighbour, const Handle& file) const;
   [[noreturn]] void RaiseLast() const;
@@ -42,5 +41,10 @@ class PendingFile {
   std::string mPath;
   std::string mNeighbour;  // empty while the file has no name
 };
+
+/// Gives `name` in an open folder to a new link with this text and modification time, in one step even where
+/// a file or link has that name and is replaced. `path` is for errors.
+void PutLink(const Handle& folder, const std::string& name, const std::string& path, const std::string& text,
+             const timespec& modified, bool replace);
 
 }  // namespace brackwell::posix

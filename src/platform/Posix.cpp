@@ -50,6 +50,8 @@ int RenameToFreeName(int fromFolder, const char* from, int toFolder, const char*
   return renameat(fromFolder, from, toFolder, to) == 0 ? 0 : errno;
 }
 
+bool AreEqual(const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; }
+
 }  // namespace
 
 Handle& Handle::operator=(Handle&& other) noexcept {
@@ -135,6 +137,11 @@ Handle Location::TakeParent() {
   Handle parent = mHolder.IsOpen() ? std::move(mHolder) : Handle(fcntl(mBase, F_DUPFD_CLOEXEC, 0));
   if (!parent.IsOpen()) Raise(errno, mPath);
   return parent;
+}
+
+bool IsUnchanged(const struct stat& before, const struct stat& now) {
+  return before.st_dev == now.st_dev && before.st_ino == now.st_ino && before.st_size == now.st_size &&
+         AreEqual(before.st_mtim, now.st_mtim) && AreEqual(before.st_ctim, now.st_ctim);
 }
 
 bool IsNowhere(int code) {

@@ -91,6 +91,10 @@ class Location {
   std::string mCutName;  // empty where the path has it as it is
 };
 
+/// Whether two looks at a file, by handle or by name, saw the same one, and nobody has written to it or
+/// changed its properties in between.
+bool IsUnchanged(const struct stat& before, const struct stat& now);
+
 /// Whether a look-up says that there can be nothing, rather than that it may not tell.
 bool IsNowhere(int code);
 

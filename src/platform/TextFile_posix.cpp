@@ -65,7 +65,8 @@ class FileReader final : public TextReader {
 
   std::unique_ptr<TextWriter> Rewrite(Tick tick) override {
     Open();
-    return RewriteFile(mFile, mOpened, mFolder, mPath, std::move(tick));
+    CheckReplaceable(mOpened, mFolder.Get(), std::string(FileName(mPath)).c_str(), mPath);
+    return RewriteFile(Copy(mFile), mOpened, Copy(mFolder), mPath, std::move(tick));
   }
 
  private:
@@ -74,6 +75,11 @@ class FileReader final : public TextReader {
   void Open() {
     if (!mFile.IsOpen())
       mFile = OpenToRead(mFolder.Get(), std::string(FileName(mPath)).c_str(), O_NOFOLLOW, mPath);
+  }
+  Handle Copy(const Handle& handle) const {
+    Handle copy = handle.Duplicate();
+    if (!copy.IsOpen()) Raise(errno, mPath);
+    return copy;
   }
   bool TellsNoSize() const { return Size() == 0; }
   std::uint64_t Left() const { return Size() - mAt; }

@@ -30,7 +30,7 @@ struct stat StatusOf(const std::string& path) {
 
 void SetTimes(const std::string& path, timespec modified) {
   const timespec times[] = {modified, modified};
-  ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+  ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
 }
 
 class FileCopyTest : public testing::Test {
@@ -73,15 +73,6 @@ TEST_F(Kept, ModeAndTimeToTheNanosecond) {
   }
 }
 
-TEST_F(Kept, TheModeOfTheSourceReplacesTheTargets) {
-  mTree.File("source", "new");
-  mTree.File("target", "old");
-  Mode("source", 0750);
-  Mode("target", 0622);
-  EXPECT_EQ(CopyError("source", "target"), 0);
-  EXPECT_EQ(ModeOf("target"), 0750u);
-}
-
 TEST_F(Kept, DatesAreWholeSecondsRoundedDown) {
   mTree.File("file");
   SetTimes(mTree.Path("file"), {1600000000, 999999999});
@@ -90,20 +81,6 @@ TEST_F(Kept, DatesAreWholeSecondsRoundedDown) {
   EXPECT_EQ(mFiles->GetFile(mTree.Path("file")).DateLastModified, DateTime(std::chrono::seconds(-2)));
   EXPECT_EQ(mFiles->GetFolder(mTree.Path())->Find("file")->DateLastModified,
             DateTime(std::chrono::seconds(-2)));
-}
-
-TEST_F(Kept, TheOwnerOfAFileThatIsReplaced) {
-  mTree.File("source", "new");
-  mTree.File("target", "old");
-  Mode("target", 0666);
-  if (geteuid() == 0) {
-    ASSERT_EQ(chown(mTree.Path("target").c_str(), Nobody, Nobody), 0);
-  }
-  const struct stat before = StatusOf(mTree.Path("target"));
-  ASSERT_EQ(CopyError("source", "target"), 0);
-  EXPECT_EQ(mTree.Read("target"), "new");
-  EXPECT_EQ(StatusOf(mTree.Path("target")).st_uid, before.st_uid);
-  EXPECT_EQ(StatusOf(mTree.Path("target")).st_gid, before.st_gid);
 }
 
 TEST_F(Kept, TheSetUidBitOnlyForItsOwner) {
@@ -149,50 +126,31 @@ TEST_F(Kept, HolesOfAFileBeyondFourGigabytes) {
 
 // --- Which targets are written, and how
 
-TEST_F(Targets, ALinkStaysAndWhatItLeadsToIsReplaced) {
-  mTree.File("source", "new");
-  mTree.File("sub/real", "old");
-  Link("sub/second", "first");
-  Link("real", "sub/second");
-  Link(mTree.Path("sub/real"), "absolute");
-  EXPECT_EQ(CopyError("source", "first", false), 58);
-  EXPECT_EQ(CopyError("source", "first"), 0);
-  EXPECT_EQ(mTree.Read("sub/real"), "new");
-  mTree.File("source", "newer");
-  EXPECT_EQ(CopyError("source", "absolute"), 0);
-  EXPECT_EQ(mTree.Read("sub/real"), "newer");
-  EXPECT_EQ(LinkText("first"), "sub/second");
-  EXPECT_EQ(LinkText("sub/second"), "real");
-  EXPECT_EQ(mTree.List(), (Names{"absolute", "first", "source", "sub/", "sub/real", "sub/second"}));
-}
-
-TEST_F(Targets, ALinkThatLeadsNowhereIsKept) {
-  mTree.File("source", "new");
-  Link("none", "dangling");
-  Link("source/none", "through a file");
-  Link("circle", "circle");
-  for (const char* name : {"dangling", "through a file", "circle"}) {
-    EXPECT_EQ(CopyError("source", name), 75) << name;
-    EXPECT_NE(LinkText(name), "<no link>");
+TEST_F(Targets, ALinkIsReplacedAndNeverFollowed) {
+  mTree.File("source", "new", 30);
+  mTree.File("sub/real", "kept");
+  Mode("sub/real", 0444);
+  Link("sub/real", "to a file");
+  Link("sub", "to a folder");
+  Link("none", "to nothing");
+  Link("source", "to the source");
+  for (const std::string name : {"to a file", "to a folder", "to nothing", "to the source"}) {
+    EXPECT_EQ(CopyError("source", name, false), 58) << name;
+    EXPECT_EQ(CopyError("source", name), 0) << name;
+    EXPECT_EQ(LinkText(name), "<no link>") << name;
+    EXPECT_EQ(mTree.Read(name), "new") << name;
+    EXPECT_EQ(ModeOf(name), ModeOf("source")) << name;
   }
-  EXPECT_EQ(mTree.List(), (Names{"circle", "dangling", "source", "through a file"}));
+  EXPECT_EQ(mTree.Read("sub/real"), "kept");
+  EXPECT_EQ(mTree.List("sub"), Names{"real"});
+  EXPECT_FALSE(mTree.Exists("none"));
 }
 
-TEST_F(Targets, ALinkToTheSourceIsTheSource) {
+TEST_F(Targets, AnotherNameOfTheSourceIsTheSource) {
   mTree.File("source", "text");
-  Link("source", "link");
   ASSERT_EQ(link(mTree.Path("source").c_str(), mTree.Path("hard link").c_str()), 0);
-  EXPECT_EQ(CopyError("source", "link"), 70);
   EXPECT_EQ(CopyError("source", "hard link"), 70);
   EXPECT_EQ(mTree.Read("source"), "text");
-}
-
-TEST_F(Targets, ALinkToAFolderIsAFolder) {
-  mTree.File("source", "text");
-  mTree.Folder("sub");
-  Link("sub", "link");
-  EXPECT_EQ(CopyError("source", "link"), 70);
-  EXPECT_EQ(mTree.List("sub"), Names{});
 }
 
 TEST_F(Targets, WhatTheUserMayNotWriteIsLeftAlone) {
@@ -234,34 +192,56 @@ TEST_F(Targets, NamesMayBeAsLongAsNamesCanBe) {
   mTree.File(longest, "old");
   EXPECT_EQ(CopyError("source", longest), 0);
   EXPECT_EQ(mTree.Read(longest), "new");
-  EXPECT_EQ(CopyError("source", tooLong), 76);
+  EXPECT_EQ(CopyError("source", tooLong), 52);
+  EXPECT_EQ(CopyError("source", "none/" + tooLong), 76);
   EXPECT_EQ(CopyError(tooLong, "target"), 53);
 }
 
 // --- Which sources are read
 
-TEST_F(Sources, ALinkGivesWhatItLeadsTo) {
-  mTree.File("real", "text", 40);
-  Link("real", "link");
-  EXPECT_EQ(CopyError("link", "target"), 0);
-  EXPECT_EQ(mTree.Read("target"), "text");
-  EXPECT_TRUE(S_ISREG(StatusOf(mTree.Path("target")).st_mode));
-  EXPECT_EQ(mFiles->GetFile(mTree.Path("target")).DateLastModified, TempTree::Time(40));
+TEST_F(Sources, ALinkIsCopiedAsTheLinkItIs) {
+  mTree.File("real", "text");
+  mTree.Folder("folder");
+  for (const std::string text : {"real", "folder", "none", "link to none"}) {
+    Link(text, "link to " + text);
+    SetTimes(mTree.Path("link to " + text), {1600000000, 123456789});
+    ASSERT_EQ(CopyError("link to " + text, "copy"), 0) << text;
+    EXPECT_EQ(LinkText("copy"), text);
+    EXPECT_EQ(StatusOf(mTree.Path("copy")).st_mtim.tv_sec, 1600000000);
+    EXPECT_EQ(StatusOf(mTree.Path("copy")).st_mtim.tv_nsec, 123456789);
+    mTree.Remove("copy");
+  }
 }
 
-TEST_F(Sources, ALinkThatLeadsNowhereIsNotFound) {
-  Link("none", "dangling");
-  Link("circle", "circle");
-  EXPECT_EQ(CopyError("dangling", "target"), 53);
-  EXPECT_EQ(CopyError("circle", "target"), 53);
-  EXPECT_FALSE(mTree.Exists("target"));
+TEST_F(Sources, ALinkTakesThePlaceOfAFileOrLinkInOneStep) {
+  mTree.File("real", "kept");
+  mTree.File("file", "old");
+  mTree.File("read-only", "kept");
+  mTree.SetReadOnly("read-only");
+  mTree.Folder("folder");
+  Link("real", "link");
+  Link("real", "other");
+  Link("new", "source");
+  SetTimes(mTree.Path("source"), {1600000000, 0});
+  EXPECT_EQ(CopyError("source", "file", false), 58);
+  EXPECT_EQ(CopyError("source", "folder"), 70);
+  EXPECT_EQ(CopyError("source", "read-only"), 70);
+  for (const std::string& name : {std::string("file"), std::string("link"), std::string(255, 'n')}) {
+    EXPECT_EQ(CopyError("source", name), 0) << name;
+    EXPECT_EQ(LinkText(name), "new");
+    EXPECT_EQ(StatusOf(mTree.Path(name)).st_mtim.tv_sec, 1600000000) << name;
+  }
+  EXPECT_EQ(mTree.Read("real"), "kept");
+  EXPECT_EQ(mTree.Read("read-only"), "kept");
+  EXPECT_EQ(mTree.List(), (Names{"file", "folder/", "link", std::string(255, 'n'), "other", "read-only",
+                                 "real", "source"}));
 }
 
 TEST_F(Sources, PipesSocketsAndDevicesAreNeverOpened) {
   ASSERT_EQ(mkfifo(mTree.Path("pipe").c_str(), 0666), 0);
   ASSERT_EQ(mknod(mTree.Path("socket").c_str(), S_IFSOCK | 0666, 0), 0);
-  Link("/dev/zero", "device");
-  for (const char* name : {"pipe", "socket", "device"}) EXPECT_EQ(CopyError(name, "target"), 75) << name;
+  for (const char* name : {"pipe", "socket"}) EXPECT_EQ(CopyError(name, "target"), 75) << name;
+  EXPECT_EQ(ErrorNumber([&] { mFiles->CopyFile("/dev/zero", mTree.Path("target"), false); }), 75);
   EXPECT_FALSE(mTree.Exists("target"));
 }
 
@@ -391,16 +371,20 @@ TEST_P(Whole, AProgramThatIsKilledLeavesAWholeTarget) {
   }
 }
 
+/// Whoever finds that the other is at the target, or has been there meanwhile, leaves it alone.
 TEST_P(Whole, TwoWritersOfOneTargetDoNotDisturbEachOther) {
-  mTree.File("a", Content('a', 5000));
-  mTree.File("b", Content('b', 4000));
-  mTree.File("target", Content('a', 5000));
+  const std::string contents[] = {Content('a', 5000), Content('b', 4000)};
+  mTree.File("a", contents[0]);
+  mTree.File("b", contents[1]);
+  mTree.File("target", contents[0]);
   const auto manyTimes = [&](const std::string& source) {
     return [this, source] {
       if (GetParam() == Route::Neighbour) ForbidUnnamedFiles();
-      int error = 0;
-      for (int copy = 0; copy < 1000 && error == 0; ++copy) error = CopyError(source, "target");
-      return error;
+      for (int copy = 0; copy < 1000; ++copy) {
+        const int error = CopyError(source, "target");
+        if (error != 0 && error != 70 && error != 75) return error;
+      }
+      return 0;
     };
   };
   const pid_t other = fork();
@@ -409,6 +393,8 @@ TEST_P(Whole, TwoWritersOfOneTargetDoNotDisturbEachOther) {
   int status = -1;
   waitpid(other, &status, 0);
   EXPECT_EQ(status, 0);
+  const std::string found = mTree.Read("target");
+  EXPECT_TRUE(found == contents[0] || found == contents[1]) << found.size();
   EXPECT_EQ(mTree.List(), (Names{"a", "b", "target"}));
 }
 
