@@ -1,12 +1,39 @@
 #include "platform/FileSystemObject.h"
 
 #include <exception>
+#include <optional>
+
+#include "platform/CaseRules.h"
 
 namespace brackwell {
 namespace {
 
 void CallTick(const Tick& tick) {
   if (tick) tick();
+}
+
+/// How the folder at `path` spells the sub-folder that it finds under `name`; nothing where that cannot be
+/// known.
+std::optional<std::string> SpellingIn(const FileSystemObject& files, const std::string& path,
+                                      std::string_view name) try {
+  std::optional<std::string> spelling;
+  const auto folder = files.GetFolder(path);
+  for (const Member& member : folder->SubFolders()) {
+    if (member.Name == name) return std::string(name);
+    if (CompareIgnoreCase(member.Name, name) == 0) spelling = member.Name;
+  }
+  return spelling;
+} catch (const FileSystemError&) {
+  return std::nullopt;
+}
+
+/// Whether the target is there as the copy of another source folder, whose name differs in case only, on a
+/// disk that ignores case: the two would become one, and files of the one replace those of the other.
+bool IsCopyOfAnother(const FileSystemObject& files, const std::string& source, const std::string& target) {
+  if (!files.FolderExists(target)) return false;
+  const auto spelling = SpellingIn(files, std::string(ParentPath(target)), FileName(target));
+  return spelling && *spelling != FileName(target) && *spelling != FileName(source) &&
+         SpellingIn(files, std::string(ParentPath(source)), *spelling) == spelling;
 }
 
 /// One run of CopyFolder.
@@ -20,9 +47,9 @@ class FolderCopy {
     while (!mLevels.empty()) {
       Level& level = mLevels.back();
       if (level.Next < level.SubFolders.size()) {
-        const std::string& name = level.SubFolders[level.Next++];
+        const std::size_t at = level.Next++;
         CallTick(mTick);
-        Try([&] { Enter(JoinPath(level.Source, name), JoinPath(level.Target, name)); });
+        Try([&] { EnterSubFolder(level, at); });
       } else {
         Try([&] {
           if (level.Made) mFiles.CopyFolderProperties(level.Source, level.Target);
@@ -53,6 +80,20 @@ class FolderCopy {
     std::size_t Next = 0;
     bool Made = false;
   };
+
+  /// Those whose names differ in case only stand side by side.
+  static bool HasTwin(const std::vector<std::string>& names, std::size_t at) {
+    const auto isTwin = [&](std::size_t other) { return CompareIgnoreCase(names[at], names[other]) == 0; };
+    return (at > 0 && isTwin(at - 1)) || (at + 1 < names.size() && isTwin(at + 1));
+  }
+
+  void EnterSubFolder(const Level& level, std::size_t at) {
+    const std::string source = JoinPath(level.Source, level.SubFolders[at]);
+    const std::string target = JoinPath(level.Target, level.SubFolders[at]);
+    if (HasTwin(level.SubFolders, at) && IsCopyOfAnother(mFiles, source, target))
+      throw FileSystemError(FileError::FileAlreadyExists, target);
+    Enter(source, target);
+  }
 
   /// Copies a folder's files and notes its sub-folders.
   void Enter(const std::string& source, const std::string& target) {
@@ -110,6 +151,7 @@ void FileSystemObject::CopyFolder(const std::string& source, const std::string& 
   if (FileExists(target)) throw FileSystemError(FileError::FileAlreadyExists, target);
   const std::string place = NearestExistingFolder(*this, target);
   if (!place.empty() && LiesWithin(place, source)) throw FileSystemError(FileError::PathFileAccess, source);
+  if (IsCopyOfAnother(*this, source, target)) throw FileSystemError(FileError::FileAlreadyExists, target);
   FolderCopy copy(*this, overwrite, tick);
   copy.Copy(source, target);
   copy.RaiseFirstError();

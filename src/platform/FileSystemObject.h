@@ -143,9 +143,12 @@ class FileSystemObject {
   /// mode, access list and user attributes from its source and lets in nobody whom the source does not. A
   /// file that is there gets the content and modification time; all else stays its own, as in
   /// TextReader::Rewrite. A link that is there is replaced, not followed. At every moment the target is
-  /// wholly old or wholly new. Throws FileAlreadyExists (no overwrite), PermissionDenied (a read-only target,
-  /// even for an administrator; a folder; the source itself), PathFileAccess (what is neither file nor link;
-  /// a source that keeps changing while it is copied), DiskFull, ...
+  /// wholly old or wholly new. Throws FileAlreadyExists (no overwrite; on a disk that ignores case the target
+  /// is the copy of another file beside the source), PermissionDenied (a read-only target, even for an
+  /// administrator; one that another program has open for writing, where the system tells; a folder; the
+  /// source itself), PathFileAccess (what is neither file nor link; a source that keeps changing while it is
+  /// copied; a target that changes meanwhile), BadFileName (a name that the target's disk cannot hold),
+  /// DiskFull, ...
   virtual void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                         const Tick& tick = {}) = 0;
   /// Copies the content that `source` leads to, which may be a link, into a file of its own: one that has
@@ -156,9 +159,9 @@ class FileSystemObject {
   virtual void CreateFolder(const std::string& path) = 0;
 
   /// Copies a folder and everything below it, into `target` itself; an existing target is merged with.
-  /// Throws FileAlreadyExists where `target` is a file or a link, PathFileAccess for a folder that would be
-  /// copied into itself. What cannot be copied is left out and the rest copied, then the first error thrown;
-  /// a full disk ends it at once.
+  /// Throws FileAlreadyExists where `target` is a file or a link, or as CopyFile does, PathFileAccess for a
+  /// folder that would be copied into itself. What cannot be copied is left out and the rest copied, then the
+  /// first error thrown; a full disk ends it at once.
   void CopyFolder(const std::string& source, const std::string& target, bool overwrite,
                   const Tick& tick = {});
 
