@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/FileRewrite_windows.h"
 #include "platform/FolderListing_windows.h"
 #include "platform/PendingFile_windows.h"
 #include "platform/Win32.h"
@@ -17,62 +18,75 @@ void CallTick(const Tick& tick) {
   if (tick) tick();
 }
 
+/// What tells whether a file is the same and nobody has written to it or changed its properties in between.
+struct Look {
+  BY_HANDLE_FILE_INFORMATION Information{};
+  FILE_BASIC_INFO Dates{};
+
+  bool Take(const Handle& file) {
+    return file.IsOpen() && GetFileInformationByHandle(file.Get(), &Information) &&
+           GetFileInformationByHandleEx(file.Get(), FileBasicInfo, &Dates, sizeof Dates);
+  }
+  bool IsOfSameFile(const Look& other) const {
+    return Information.dwVolumeSerialNumber == other.Information.dwVolumeSerialNumber &&
+           Information.nFileIndexHigh == other.Information.nFileIndexHigh &&
+           Information.nFileIndexLow == other.Information.nFileIndexLow;
+  }
+  bool IsUnchanged(const Look& now) const {
+    return IsOfSameFile(now) && Information.nFileSizeHigh == now.Information.nFileSizeHigh &&
+           Information.nFileSizeLow == now.Information.nFileSizeLow &&
+           Dates.LastWriteTime.QuadPart == now.Dates.LastWriteTime.QuadPart &&
+           Dates.ChangeTime.QuadPart == now.Dates.ChangeTime.QuadPart;
+  }
+};
+
 struct Source {
   Handle File;
-  BY_HANDLE_FILE_INFORMATION Information{};
+  Look Opened;
 };
 
 Source OpenSource(const std::string& path) {
-  if (GetItem(path, FileError::FileNotFound).IsFolder()) throw FileSystemError(FileError::FileNotFound, path);
   Source source;
   source.File = Open(NativePath(path), GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
   if (!source.File.IsOpen()) Raise(GetLastError(), path, FileError::FileNotFound);
   if (GetFileType(source.File.Get()) != FILE_TYPE_DISK)
     throw FileSystemError(FileError::PathFileAccess, path);
-  if (!GetFileInformationByHandle(source.File.Get(), &source.Information)) Raise(GetLastError(), path);
+  if (!source.Opened.Take(source.File)) Raise(GetLastError(), path);
   return source;
 }
 
-/// Where the copy goes, links followed, and what is there now.
-struct Target {
-  std::string Path;
-  std::optional<Found> Existing;
-};
-
-std::string ResolveLink(const std::string& path) {
-  const Handle link = Open(NativePath(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
-  std::string resolved = link.IsOpen() ? FinalPath(link) : std::string();
-  if (resolved.empty()) throw FileSystemError(FileError::PathFileAccess, path);
-  return resolved;
+/// Two looks, since the name may lead to another file by now.
+bool HasStayedTheSame(const Source& source, const std::string& path) {
+  Look open;
+  Look named;
+  return open.Take(source.File) && source.Opened.IsUnchanged(open) && named.Take(Open(NativePath(path), 0)) &&
+         source.Opened.IsUnchanged(named);
 }
 
-Target FindTarget(const std::string& path) {
+std::optional<Found> FindTarget(const std::string& path) {
   Found found;
-  if (const DWORD error = LookUp(path, found)) {
-    if (error != ERROR_FILE_NOT_FOUND) Raise(error, path);
-    return {path, std::nullopt};
-  }
-  if (!found.IsLink) return {path, found};
-  return FindTarget(ResolveLink(path));
-}
-
-bool IsSameFile(const Source& source, const std::string& path) {
-  const Handle file = Open(NativePath(path), 0);
-  BY_HANDLE_FILE_INFORMATION information;
-  return file.IsOpen() && GetFileInformationByHandle(file.Get(), &information) &&
-         information.dwVolumeSerialNumber == source.Information.dwVolumeSerialNumber &&
-         information.nFileIndexHigh == source.Information.nFileIndexHigh &&
-         information.nFileIndexLow == source.Information.nFileIndexLow;
+  const DWORD error = LookUp(path, found);
+  if (error == ERROR_SUCCESS) return found;
+  if (error != ERROR_FILE_NOT_FOUND) RaiseForName(error, path);
+  return std::nullopt;
 }
 
 /// Asked for before a long copy is made, not after it.
-void CheckReplaceable(const Target& target, const Source& source, bool overwrite) {
-  if (!target.Existing) return;
-  const DWORD attributes = target.Existing->Information.dwFileAttributes;
-  if (target.Existing->IsFolder()) throw FileSystemError(FileError::PermissionDenied, target.Path);
-  if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, target.Path);
-  if ((attributes & FILE_ATTRIBUTE_READONLY) != 0 || IsSameFile(source, target.Path))
-    throw FileSystemError(FileError::PermissionDenied, target.Path);
+void CheckTarget(const std::optional<Found>& existing, const std::string& path, bool overwrite) {
+  if (!existing) return;
+  if (existing->IsFolder()) throw FileSystemError(FileError::PermissionDenied, path);
+  if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
+  const bool isReadOnly = (existing->Information.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+  if (!existing->IsLink && isReadOnly) throw FileSystemError(FileError::PermissionDenied, path);
+}
+
+bool IsMadeAsFolder(const Found& link) {
+  return (link.Information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool Remove(const std::string& path, const Found& item) {
+  const std::wstring nativePath = NativePath(path);
+  return IsMadeAsFolder(item) ? RemoveDirectoryW(nativePath.c_str()) : DeleteFileW(nativePath.c_str());
 }
 
 void CopyContent(const Handle& from, const std::string& sourcePath, const Handle& to,
@@ -90,13 +104,12 @@ void CopyContent(const Handle& from, const std::string& sourcePath, const Handle
 }
 
 /// The date of last change and the attributes that belong to the file rather than to how its disk keeps it.
-FILE_BASIC_INFO PropertiesFor(const BY_HANDLE_FILE_INFORMATION& source) {
+FILE_BASIC_INFO PropertiesFor(const FILE_BASIC_INFO& source) {
   constexpr DWORD Copied = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
                            FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
   FILE_BASIC_INFO properties{};
-  properties.LastWriteTime.LowPart = source.ftLastWriteTime.dwLowDateTime;
-  properties.LastWriteTime.HighPart = static_cast<LONG>(source.ftLastWriteTime.dwHighDateTime);
-  properties.FileAttributes = source.dwFileAttributes & Copied;
+  properties.LastWriteTime = source.LastWriteTime;
+  properties.FileAttributes = source.FileAttributes & Copied;
   if (properties.FileAttributes == 0) properties.FileAttributes = FILE_ATTRIBUTE_NORMAL;
   return properties;
 }
@@ -117,16 +130,135 @@ std::unique_ptr<PendingFile> CopyWhole(const Source& source, const std::string& 
   return pending;
 }
 
+/// False where the source has changed meanwhile; then nothing else has happened.
+bool CopyToNewFile(const std::string& sourcePath, const std::string& targetPath,
+                   const std::optional<Found>& existing, const Tick& tick) {
+  const Source source = OpenSource(sourcePath);
+  Look target;
+  if (existing && !existing->IsLink && target.Take(Open(NativePath(targetPath), 0)) &&
+      source.Opened.IsOfSameFile(target))
+    throw FileSystemError(FileError::PermissionDenied, targetPath);
+  const auto pending = CopyWhole(source, sourcePath, targetPath, tick);
+  if (!HasStayedTheSame(source, sourcePath)) return false;
+  pending->SetProperties(PropertiesFor(source.Opened.Dates));
+  // Of what is made as a folder nothing takes the place by itself.
+  const bool isFree = existing && IsMadeAsFolder(*existing) && Remove(targetPath, *existing);
+  pending->Commit(existing && !isFree);
+  return true;
+}
+
+/// For what must not be left half done: whoever wants the run to end says so again with the next tick.
+Tick WithoutErrors(const Tick& tick) {
+  return [&tick] {
+    try {
+      CallTick(tick);
+    } catch (...) {
+    }
+  };
+}
+
+/// The same for a target that is a file already.
+bool CopyOnto(const std::string& sourcePath, const std::string& targetPath, const Tick& tick) {
+  const Source source = OpenSource(sourcePath);
+  auto old = std::make_shared<Handle>(Open(NativePath(targetPath), GENERIC_READ));
+  if (!old->IsOpen()) Raise(GetLastError(), targetPath);
+  Look target;
+  if (!target.Take(*old)) Raise(GetLastError(), targetPath);
+  if (target.IsOfSameFile(source.Opened)) throw FileSystemError(FileError::PermissionDenied, targetPath);
+  const auto rewrite = RewriteFile(old, target.Information, targetPath, WithoutErrors(tick));
+  CallTick(tick);
+  CopyContent(source.File, sourcePath, rewrite->Content(), targetPath, tick);
+  if (!HasStayedTheSame(source, sourcePath)) return false;
+  rewrite->CloseAsCopy(source.Opened.Dates.LastWriteTime);
+  return true;
+}
+
+/// Where links cannot be kept, the system may make an empty folder or copy the content in place of one.
+void MakeLinkLike(const Found& link, const std::string& from, const std::string& to,
+                  const std::string& shownPath) {
+  const std::wstring source = NativePath(from);
+  const std::wstring target = NativePath(to);
+  const bool made = IsMadeAsFolder(link)
+                        ? CreateDirectoryExW(source.c_str(), target.c_str(), nullptr)
+                        : CopyFileExW(source.c_str(), target.c_str(), nullptr, nullptr, nullptr,
+                                      COPY_FILE_COPY_SYMLINK | COPY_FILE_FAIL_IF_EXISTS);
+  if (!made) RaiseForName(GetLastError(), shownPath);
+  Found copy;
+  if (LookUp(to, copy) == ERROR_SUCCESS && !copy.IsLink) {
+    Remove(to, copy);
+    throw FileSystemError(FileError::PathFileAccess, shownPath);
+  }
+  const Handle opened =
+      Open(target, FILE_WRITE_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT);
+  FILE_BASIC_INFO times{};
+  times.LastWriteTime.LowPart = link.Information.ftLastWriteTime.dwLowDateTime;
+  times.LastWriteTime.HighPart = static_cast<LONG>(link.Information.ftLastWriteTime.dwHighDateTime);
+  // What cannot be kept there is no reason to refuse the link.
+  if (opened.IsOpen()) SetFileInformationByHandle(opened.Get(), FileBasicInfo, &times, sizeof times);
+}
+
+/// What is made as a folder can neither take a place nor give it up in one step: the old one is removed
+/// first.
+void TakePlace(const std::string& neighbour, const std::string& target, const Found& existing) {
+  const std::wstring from = NativePath(neighbour);
+  const std::wstring to = NativePath(target);
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING)) return;
+  if (GetLastError() == ERROR_ACCESS_DENIED && Remove(target, existing) &&
+      MoveFileExW(from.c_str(), to.c_str(), 0))
+    return;
+  const DWORD error = GetLastError();
+  Found made;
+  if (LookUp(neighbour, made) == ERROR_SUCCESS) Remove(neighbour, made);
+  Raise(error, target);
+}
+
+void CopyLink(const Found& link, const std::string& source, const std::string& target,
+              const std::optional<Found>& existing) {
+  if (!existing) return MakeLinkLike(link, source, target, target);
+  const std::string neighbour = NeighbourPath(target, 0);
+  Found leftover;
+  if (LookUp(neighbour, leftover) == ERROR_SUCCESS && leftover.IsLink) Remove(neighbour, leftover);
+  MakeLinkLike(link, source, neighbour, target);
+  TakePlace(neighbour, target, *existing);
+}
+
+bool TryToCopy(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) {
+  const Found found = GetItem(source, FileError::FileNotFound);
+  if (found.IsFolder()) throw FileSystemError(FileError::FileNotFound, source);
+  const auto existing = FindTarget(target);
+  CheckTarget(existing, target, overwrite);
+  if (found.IsLink) {
+    CopyLink(found, source, target, existing);
+    return true;
+  }
+  if (existing && !existing->IsLink) return CopyOnto(source, target, tick);
+  return CopyToNewFile(source, target, existing, tick);
+}
+
+/// Calls `copy` until it has found its source unchanged.
+template <typename Copy>
+void CopyUnchanged(const std::string& source, Copy copy) {
+  constexpr int Attempts = 2;
+  for (int attempt = 0; attempt < Attempts; ++attempt)
+    if (copy()) return;
+  throw KeepsChanging(source);
+}
+
 }  // namespace
 
-void CopyOneFile(const std::string& sourcePath, const std::string& targetPath, bool overwrite,
-                 const Tick& tick) {
-  const Source source = OpenSource(sourcePath);
-  const Target target = FindTarget(targetPath);
-  CheckReplaceable(target, source, overwrite);
-  const auto pending = CopyWhole(source, sourcePath, target.Path, tick);
-  pending->SetProperties(PropertiesFor(source.Information));
-  pending->Commit(overwrite);
+void CopyOneFile(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) {
+  CopyUnchanged(source, [&] { return TryToCopy(source, target, overwrite, tick); });
+}
+
+void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick) {
+  CopyUnchanged(source, [&] {
+    const auto found = FindFollowing(source);
+    if (!found || found->IsLink || found->IsFolder()) throw FileSystemError(FileError::FileNotFound, source);
+    const auto existing = FindTarget(target);
+    if (existing && existing->IsLink) throw FileSystemError(FileError::PathFileAccess, target);
+    CheckTarget(existing, target, true);
+    return CopyToNewFile(source, target, existing, tick);
+  });
 }
 
 }  // namespace brackwell::win32

@@ -104,14 +104,14 @@ Handle OpenToWrite(const std::string& path) {
   return target;
 }
 
-class FileRewriter final : public TextWriter {
+class FileRewriter final : public FileRewrite {
  public:
   FileRewriter(std::shared_ptr<Handle> file, const BY_HANDLE_FILE_INFORMATION& opened, std::string path,
                Tick tick)
       : mOld(std::move(file)), mOpened(opened), mPath(std::move(path)), mTick(std::move(tick)) {
     CheckUnchanged(OpenToWrite(mPath));
     mNew = MakePending(mPath, mTick, mLiesBeside);
-    mNew->SetProperties(PropertiesFor(mOpened));
+    mNew->SetProperties(mProperties);
   }
 
   void Write(std::string_view bytes) override { WriteAll(mNew->File(), bytes, mPath); }
@@ -120,6 +120,14 @@ class FileRewriter final : public TextWriter {
     CheckUnchanged(Open(NativePath(mPath), 0));
     OpenToWrite(mPath);
     if (!TryToReplace()) Overwrite();
+  }
+
+  const Handle& Content() const override { return mNew->File(); }
+
+  void CloseAsCopy(const LARGE_INTEGER& modified) override {
+    mProperties.LastWriteTime = modified;
+    mNew->SetProperties(mProperties);
+    Close();
   }
 
  private:
@@ -154,22 +162,30 @@ class FileRewriter final : public TextWriter {
     // The old content goes behind the new.
     DWORD error = CopyBytes(target, 0, mNew->File(), newSize, SizeOf(mOpened), done, mTick);
     if (error == ERROR_SUCCESS) error = CopyInPlace(mNew->File(), newSize, target, SizeOf(mOpened), mTick);
+    if (error == ERROR_SUCCESS && !SetModified(target)) error = GetLastError();
     if (error != ERROR_SUCCESS) Raise(error, mPath);
+  }
+
+  bool SetModified(const Handle& file) const {
+    FILE_BASIC_INFO times{};
+    times.LastWriteTime = mProperties.LastWriteTime;  // 0 leaves it as the writing has set it
+    return SetFileInformationByHandle(file.Get(), FileBasicInfo, &times, sizeof times);
   }
 
   const std::shared_ptr<Handle> mOld;
   const BY_HANDLE_FILE_INFORMATION mOpened;
   const std::string mPath;
   const Tick mTick;
+  FILE_BASIC_INFO mProperties = PropertiesFor(mOpened);
   std::unique_ptr<PendingFile> mNew;
   bool mLiesBeside = false;  // else in the folder for temporary files
 };
 
 }  // namespace
 
-std::unique_ptr<TextWriter> RewriteFile(std::shared_ptr<Handle> file,
-                                        const BY_HANDLE_FILE_INFORMATION& opened, const std::string& path,
-                                        Tick tick) {
+std::unique_ptr<FileRewrite> RewriteFile(std::shared_ptr<Handle> file,
+                                         const BY_HANDLE_FILE_INFORMATION& opened, const std::string& path,
+                                         Tick tick) {
   if ((opened.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0)
     throw FileSystemError(FileError::PermissionDenied, path);
   const auto found = FindItem(path);

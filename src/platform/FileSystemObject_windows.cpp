@@ -144,7 +144,7 @@ class WindowsFileSystem final : public FileSystemObject {
 
   void CreateFolder(const std::string& path) override {
     mRoots.CheckWay(path);
-    if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) Raise(GetLastError(), path);
+    if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) win32::RaiseForName(GetLastError(), path);
   }
 
   void CopyFolderProperties(const std::string& source, const std::string& target) override {

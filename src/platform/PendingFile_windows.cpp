@@ -15,16 +15,6 @@ namespace {
 
 constexpr int NeighbourNumbers = 16;  // as many writers of one target at a time as anybody can have
 
-/// The same names for the same target, so that the next writer finds what a power cut left; short, since the
-/// target's own name may already be as long as names can be.
-std::string NeighbourPath(const std::string& path, int number) {
-  const std::string_view name = FileName(path);
-  char neighbour[48];
-  std::snprintf(neighbour, sizeof neighbour, ".brackwell-%016zx-%d.tmp", std::hash<std::string_view>{}(name),
-                number);
-  return JoinPath(ParentPath(path), neighbour);
-}
-
 Handle OpenHidden(const std::wstring& nativePath, DWORD disposition) {
   return Handle(CreateFileW(nativePath.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE | WRITE_DAC, 0, nullptr,
                             disposition, FILE_ATTRIBUTE_HIDDEN, nullptr));
@@ -75,6 +65,16 @@ Handle CreateCopy(const std::wstring& nativePath, const std::string& model, cons
 
 }  // namespace
 
+/// The same names for the same target, so that the next writer finds what a power cut left; short, since the
+/// target's own name may already be as long as names can be.
+std::string NeighbourPath(const std::string& path, int number) {
+  const std::string_view name = FileName(path);
+  char neighbour[48];
+  std::snprintf(neighbour, sizeof neighbour, ".brackwell-%016zx-%d.tmp", std::hash<std::string_view>{}(name),
+                number);
+  return JoinPath(ParentPath(path), neighbour);
+}
+
 PendingFile::PendingFile(const std::string& path) : mPath(path) {
   Open([](const std::wstring& neighbour) { return OpenHidden(neighbour, CREATE_NEW); });
 }
@@ -122,7 +122,7 @@ void PendingFile::Commit(bool replace) {
   removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
   SetFileInformationByHandle(mFile.Get(), FileBasicInfo, &removable, sizeof removable);
   SetRemovedOnClose(true);
-  Raise(error, mPath);
+  RaiseForName(error, mPath);
 }
 
 bool PendingFile::SetRemovedOnClose(bool removed) {

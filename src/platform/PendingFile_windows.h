@@ -40,6 +40,9 @@ class PendingFile {
   FILE_BASIC_INFO mProperties{};
 };
 
+/// The path of a neighbour of `path`, for what is to take its place.
+std::string NeighbourPath(const std::string& path, int number);
+
 /// Whether a file has more than its content: what a browser notes of where it is from, for example.
 bool HasOtherStreams(const std::string& path);
 

@@ -220,4 +220,12 @@ void Raise(DWORD code, const std::string& path, FileError missing) {
   throw FileSystemError(ErrorOf(code, missing), path);
 }
 
+void RaiseForName(DWORD code, const std::string& path) {
+  const bool mayBeTheName =
+      code == ERROR_INVALID_NAME || code == ERROR_FILENAME_EXCED_RANGE || code == ERROR_BAD_PATHNAME;
+  const DWORD folder = GetFileAttributesW(NativePath(ParentPath(path)).c_str());
+  if (mayBeTheName && folder != INVALID_FILE_ATTRIBUTES) throw CannotHoldName(path);
+  Raise(code, path);
+}
+
 }  // namespace brackwell::win32

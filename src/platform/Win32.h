@@ -76,4 +76,8 @@ void WriteAll(const Handle& file, std::string_view bytes, const std::string& pat
 FileError ErrorOf(DWORD code, FileError missing = FileError::PathNotFound);
 [[noreturn]] void Raise(DWORD code, const std::string& path, FileError missing = FileError::PathNotFound);
 
+/// Throws for an item that could not be given its name: BadFileName where the folder is there, but its disk
+/// cannot hold such a name.
+[[noreturn]] void RaiseForName(DWORD code, const std::string& path);
+
 }  // namespace brackwell::win32
