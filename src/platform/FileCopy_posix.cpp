@@ -66,12 +66,10 @@ Source OpenSource(const Location& location, const struct stat& found, int flags)
   return source;
 }
 
-/// Two looks, since the name may lead to another file by now.
+/// By name, which may lead to another file by now.
 bool HasStayedTheSame(const Source& source, const Location& location, int flags) {
-  struct stat open {};
-  struct stat named {};
-  return fstat(source.File.Get(), &open) == 0 && IsUnchanged(source.Status, open) &&
-         fstatat(location.Folder(), location.Name(), &named, flags) == 0 && IsUnchanged(source.Status, named);
+  struct stat now {};
+  return fstatat(location.Folder(), location.Name(), &now, flags) == 0 && IsUnchanged(source.Status, now);
 }
 
 void CheckTarget(const Existing& existing, const Location& target, const struct stat& source,

@@ -55,12 +55,10 @@ Source OpenSource(const std::string& path) {
   return source;
 }
 
-/// Two looks, since the name may lead to another file by now.
+/// By name, which may lead to another file by now.
 bool HasStayedTheSame(const Source& source, const std::string& path) {
-  Look open;
-  Look named;
-  return open.Take(source.File) && source.Opened.IsUnchanged(open) && named.Take(Open(NativePath(path), 0)) &&
-         source.Opened.IsUnchanged(named);
+  Look now;
+  return now.Take(Open(NativePath(path), 0)) && source.Opened.IsUnchanged(now);
 }
 
 std::optional<Found> FindTarget(const std::string& path) {
