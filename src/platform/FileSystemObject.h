@@ -171,7 +171,8 @@ class FileSystemObject {
   /// followed. Raises FileAlreadyExists (no overwrite), ...
   virtual std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) = 0;
 
-  /// Gives a folder the mode and modification time of another.
+  /// Gives a new folder the modification time of another, and its mode, access list and user attributes as
+  /// CopyFile gives them to a new file.
   virtual void CopyFolderProperties(const std::string& source, const std::string& target) = 0;
 };
 

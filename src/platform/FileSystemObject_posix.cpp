@@ -12,6 +12,7 @@
 #include <fstream>
 
 #include "platform/FileCopy_posix.h"
+#include "platform/FileProperties_posix.h"
 #include "platform/FolderListing_posix.h"
 #include "platform/PendingFile_posix.h"
 #include "platform/Posix.h"
@@ -151,14 +152,14 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
   void CopyFolderProperties(const std::string& source, const std::string& target) override {
-    const Location from(source, mRoots);
+    const Handle from = OpenToRead(Location(source, mRoots));
+    const Handle to = OpenToRead(Location(target, mRoots));
     struct stat status {};
-    if (fstatat(from.Folder(), from.Name(), &status, from.LookUpFlags()) != 0) Raise(errno, source);
-    const Handle folder = posix::OpenFolder(Location(target, mRoots));
+    if (fstat(from.Get(), &status) != 0) Raise(errno, source);
     const timespec times[] = {status.st_atim, status.st_mtim};
     // Kept where the file system can keep them; the copy itself is done.
-    static_cast<void>(utimensat(folder.Get(), ".", times, 0) == 0);
-    static_cast<void>(fchmodat(folder.Get(), ".", status.st_mode & 0777, 0) == 0);
+    posix::CopyPropertiesToNew(from, status, to);
+    static_cast<void>(futimens(to.Get(), times) == 0);
   }
 
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
@@ -177,6 +178,13 @@ class PosixFileSystem final : public FileSystemObject {
   }
 
  private:
+  static Handle OpenToRead(const Location& folder) {
+    Handle opened(openat(folder.Folder(), folder.Name(),
+                         O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC | folder.OpenFlags()));
+    if (!opened.IsOpen()) Raise(errno, folder.Path());
+    return opened;
+  }
+
   static FileIdentity IdentityOf(const Handle& folder, const std::string& path) {
     struct stat status {};
     if (fstat(folder.Get(), &status) != 0) Raise(errno, path);

@@ -86,6 +86,7 @@ class FileProperties : public testing::Test {
 
 using OfAFileThatIsThere = FileProperties;
 using OfANewFile = FileProperties;
+using OfANewFolder = FileProperties;
 
 // --- A copy onto a file that is there
 
@@ -293,6 +294,19 @@ TEST_F(OfANewFile, AnotherGroupGetsWhatBothOldGroupAndOthersHad) {
   EXPECT_EQ(
       Get("shared/target", AccessList),
       ListOf({{ACL_USER_OBJ, 6}, {ACL_USER, 4, 1234}, {ACL_GROUP_OBJ, 4}, {ACL_MASK, 6}, {ACL_OTHER, 4}}));
+}
+
+// --- A copy of a folder
+
+TEST_F(OfANewFolder, TheGroupGetsNoMoreThanItsAccessListGives) {
+  mTree.File("source/sub/file", "text");
+  if (!Set("source/sub", AccessList,
+           ListOf({{ACL_USER_OBJ, 7}, {ACL_GROUP_OBJ, 0}, {ACL_MASK, 7}, {ACL_OTHER, 0}})))
+    GTEST_SKIP() << "no access lists here";
+  const std::string list = Get("source/sub", AccessList);
+  mFiles->CopyFolder(mTree.Path("source"), mTree.Path("target"), true);
+  EXPECT_EQ(Get("target/sub", AccessList), list);
+  EXPECT_EQ(mTree.Read("target/sub/file"), "text");
 }
 
 }  // namespace
