@@ -49,6 +49,7 @@ TEST_F(VersionBlock, NamesTheProgram) {
   EXPECT_EQ(Text(L"FileDescription"), ProgramTitle);
   EXPECT_EQ(Text(L"Comments"), ProgramDescription);
   EXPECT_EQ(Text(L"ProductVersion"), ProgramVersion);
+  EXPECT_EQ(Text(L"LegalCopyright"), "Copyright 2026 The Brackwell developers");
 }
 
 TEST(ProgramFileTest, HasAnIcon) {

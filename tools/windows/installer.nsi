@@ -1,5 +1,6 @@
 ; Installs Brackwell for one user, or with /ALLUSERS, started by an administrator, for all. /S asks nothing and /D=FOLDER,
-; last and without quotes, says where. tools/windows/package gives VERSION, STAGE (the files), ICON and OUTPUT.
+; last and without quotes, says where. tools/windows/pack gives VERSION, HOMEPAGE, STAGE (the files), ICON and
+; OUTPUT.
 ;
 ; Stylesheets are the user's to change: one that was changed is kept beside the new one as NAME.old, and stays when the
 ; program goes. Whatever else is in the folder is not the installer's.
@@ -16,7 +17,7 @@ VIAddVersionKey ProductName "Brackwell"
 VIAddVersionKey ProductVersion "${VERSION}"
 VIAddVersionKey FileDescription "Brackwell Setup"
 VIAddVersionKey FileVersion "${VERSION}"
-VIAddVersionKey LegalCopyright ""
+VIAddVersionKey LegalCopyright "Copyright 2026 The Brackwell developers"
 
 !include MUI2.nsh
 !include FileFunc.nsh
@@ -130,6 +131,8 @@ Section
   File "${STAGE}\Brackwell.chm"
   SetOutPath "$INSTDIR\images"
   File "${STAGE}\images\*.gif"
+  SetOutPath "$INSTDIR\licenses"
+  File "${STAGE}\licenses\*.txt"
   !insertmacro INSTALL_STYLESHEET dir_display_html.xsl
   !insertmacro INSTALL_STYLESHEET dir_display_text.xsl
   SetOutPath "$INSTDIR"
@@ -139,7 +142,8 @@ Section
   ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayName" "Brackwell"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" "Publisher" "Brackwell"
+  WriteRegStr SHCTX "${UNINSTALL_KEY}" "Publisher" "The Brackwell developers"
+  WriteRegStr SHCTX "${UNINSTALL_KEY}" "URLInfoAbout" "${HOMEPAGE}"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\brackwell.exe"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
@@ -163,9 +167,11 @@ Section Uninstall
   !insertmacro REMOVE_STYLESHEET dir_display_html.xsl
   !insertmacro REMOVE_STYLESHEET dir_display_text.xsl
   Delete "$INSTDIR\images\ico*.gif"
+  Delete "$INSTDIR\licenses\*.txt"
   SetOutPath "$TEMP"  ; a folder in which somebody stands cannot be removed
   RMDir "$INSTDIR\xml"
   RMDir "$INSTDIR\images"
+  RMDir "$INSTDIR\licenses"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Brackwell.lnk"
