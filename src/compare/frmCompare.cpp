@@ -475,7 +475,7 @@ void frmCompare::PrintData() {
         mGrid->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString();
     report.ColumnWidths[column] = grdCompare->columnWidth(column);
   }
-  const std::string path = GetTempFolder() + "dir_compare.htm";
+  const std::string path = ReportPath("dir_compare.htm");
   WriteTextFile(mServices.Files, path, true, HtmlToAscii(ToHtml(report)));
   grdCompare->setCurrentIndex(mGrid->index(mGrid->rowCount() - 1, CompareGrid::MessageColumn));
   RunProgram(this, path);

@@ -175,7 +175,7 @@ void WriteOutput(FileSystemObject& files, const DisplayOptions& options, const s
 
 std::optional<std::string> DisplayDirectory(FileSystemObject& files, const DisplayOptions& options,
                                             Progress& progress, const ShowXslError& showError) try {
-  std::string path = GetTempFolder() + OutputName(options.Format);
+  std::string path = ReportPath(OutputName(options.Format));
   TryToCreate(files, path);
   WriteOutput(files, options, path, progress, showError);
   return path;

@@ -117,7 +117,7 @@ void frmDrives::PrintData() {
     list.Headers.emplace_back(DriveColumns[column].Caption);
     list.ColumnWidths.push_back(lvwDrives->columnWidth(static_cast<int>(column)));
   }
-  const std::string path = GetTempFolder() + "drive_info.htm";
+  const std::string path = ReportPath("drive_info.htm");
   WriteTextFile(mServices.Files, path, true, HtmlToAscii(DriveReport(windowTitle().toStdString(), list)));
   RunProgram(this, path);
 }

@@ -273,7 +273,7 @@ void frmFontDisplay::BuildFontSample() {
                           .Italic = chkItalic->isChecked(),
                           .Underline = chkUnderline->isChecked(),
                           .Strikethru = chkStrikethru->isChecked()};
-  const std::string path = GetTempFolder() + "font_sample.htm";
+  const std::string path = ReportPath("font_sample.htm");
   WriteTextFile(mServices.Files, path, true, HtmlToAscii(ToHtml(sample)));
   webSample->Navigate(QUrl::fromLocalFile(QString::fromStdString(path)));
 }

@@ -1,6 +1,7 @@
 #include "platform/Launch.h"
 
 #include <fcntl.h>
+#include <glib.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -11,12 +12,13 @@
 #include <csignal>
 #include <filesystem>
 #include <future>
+#include <memory>
 #include <optional>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
 
+#include "platform/DefaultProgram_posix.h"
 #include "platform/Paths.h"
 
 namespace brackwell {
@@ -65,21 +67,10 @@ Code CheckDocument(const std::string& path) {
 
 /// As a URI, so that no opener takes "%", "#" or "?" in a name, or bytes that are not text, for something
 /// else.
-std::string FileUri(std::string_view path) {
-  constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-  constexpr char digits[] = "0123456789ABCDEF";
-  std::string uri = "file://";
-  for (const char c : path) {
-    if (plain.find(c) != std::string_view::npos) {
-      uri += c;
-    } else {
-      const auto byte = static_cast<unsigned char>(c);
-      uri += '%';
-      uri += digits[byte >> 4];
-      uri += digits[byte & 15];
-    }
-  }
-  return uri;
+std::string FileUri(const std::string& path) {
+  const std::unique_ptr<char, decltype(&g_free)> uri(g_filename_to_uri(path.c_str(), nullptr, nullptr),
+                                                     g_free);
+  return uri ? uri.get() : path;
 }
 
 /// What a program started from here must not get from us: files, terminal, blocked signals. A session of its
@@ -186,11 +177,12 @@ int OpenDocument(const std::string& path, void* /*ownerWindow*/) {
   const Code checked = CheckDocument(document);
   if (checked != Opened) return checked;
 
-  return OpenUri(FileUri(document));
+  return posix::MayHaveProgram(document) ? OpenUri(FileUri(document)) : NoProgram;
 }
 
 int OpenWebAddress(const std::string& address, void* /*ownerWindow*/) {
-  return IsWebAddress(address) ? OpenUri(address) : FileNotFound;
+  if (!IsWebAddress(address)) return FileNotFound;
+  return posix::MayHaveBrowser(address) ? OpenUri(address) : NoProgram;
 }
 
 bool StartProgram(const std::string& path) {

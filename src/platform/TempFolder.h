@@ -9,4 +9,9 @@ namespace brackwell {
 /// to somebody else, so that nobody can read or plant reports.
 std::string GetTempFolder();
 
+/// Where to write a file of this name that a program of the user's is to open: in the temporary folder. On
+/// POSIX, if the program that opens such files is a snap, which cannot see that folder: in one that it can,
+/// of the user's own, made on first use with the same errors (~/snap/NAME/common/brackwell).
+std::string ReportPath(const std::string& fileName);
+
 }  // namespace brackwell

@@ -12,4 +12,6 @@ std::string GetTempFolder() {
   return WithSeparator(win32::Narrow(folder));
 }
 
+std::string ReportPath(const std::string& fileName) { return GetTempFolder() + fileName; }
+
 }  // namespace brackwell

@@ -364,7 +364,7 @@ void frmReplace::PrintData() {
         mList->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString();
     report.ColumnWidths[column] = lvwResults->columnWidth(column);
   }
-  const std::string path = GetTempFolder() + "replace.htm";
+  const std::string path = ReportPath("replace.htm");
   WriteTextFile(mServices.Files, path, true, HtmlToAscii(ToHtml(report)));
   RunProgram(this, path);
 }

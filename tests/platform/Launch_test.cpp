@@ -171,7 +171,7 @@ TEST_F(LaunchTest, HostileNamesArriveAsOneUri) {
   EXPECT_EQ(OpenDocument(document, nullptr), Opened);
   ASSERT_TRUE(Appears(Seen()));
   EXPECT_EQ(Read(Seen()),
-            "file://" + mFolder.string() + "/-a%20%27b%22%20%231%3F100%2525%0A%24%28id%29%3B%FF%C3%A4.htm|");
+            "file://" + mFolder.string() + "/-a%20'b%22%20%231%3F100%2525%0A$(id)%3B%FF%C3%A4.htm|");
 }
 
 TEST_F(LaunchTest, ARelativePathIsMadeAbsolute) {

@@ -358,6 +358,23 @@ class Tour {
   bool mGood = true;
 };
 
+/// The user's settings stay as they are, and the desktop has one program for all reports. Read once by the
+/// desktop's libraries, so it has to be there before they are used.
+void HaveOwnDesktop(const QString& folder) {
+  qputenv("XDG_CONFIG_HOME", folder.toLocal8Bit());
+  qputenv("XDG_DATA_HOME", folder.toLocal8Bit());
+  const QString programs = folder + u"/applications"_s;
+  QDir().mkpath(programs);
+  QFile program(programs + u"/tour.desktop"_s);
+  if (program.open(QIODevice::WriteOnly))
+    program.write("[Desktop Entry]\nType=Application\nName=Tour\nExec=/bin/true %u\n");
+  QFile defaults(programs + u"/mimeapps.list"_s);
+  if (defaults.open(QIODevice::WriteOnly))
+    defaults.write(
+        "[Default Applications]\ntext/html=tour.desktop\ntext/plain=tour.desktop\n"
+        "text/xml=tour.desktop\napplication/xml=tour.desktop\n");
+}
+
 /// Reports stay in the tour's folder, and no browser opens them.
 void KeepReports(const QString& folder, const QString& programs) {
   QFile opener(programs + u"/xdg-open"_s);
@@ -374,8 +391,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: brackwell_tour <folder for pictures and reports>\n");
     return 2;
   }
-  const QTemporaryDir own;  // the user's settings stay as they are
-  qputenv("XDG_CONFIG_HOME", own.path().toLocal8Bit());
+  const QTemporaryDir own;
+  HaveOwnDesktop(own.path());
   QApplication application(argc, argv);
   const QString folder = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
   frmMain main(ToolTable());
