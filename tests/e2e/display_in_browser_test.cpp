@@ -45,6 +45,9 @@ class display_in_browser_test : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void initTestCase() {
+    if (!Browser::IsInstalled()) QSKIP(Browser::None);
+  }
   void ADirectoryReadsAsItIs() {
     TempTree tree;
     tree.File("top/<script>top.hostile = hostile = 1;", "12345");

@@ -27,6 +27,9 @@ class report_in_browser_test : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void initTestCase() {
+    if (!Browser::IsInstalled()) QSKIP(Browser::None);
+  }
   void AComparisonReadsAsItWasMade() {
     CompareRows rows{
         MakeRow(ResultKind::SourceFileMissingInTarget, "<script>top.hostile = hostile = 1</script>"),
