@@ -38,4 +38,10 @@ std::uint64_t FolderSize(const FileSystemObject& files, const std::string& path,
   return size;
 }
 
+bool IsGoneFolder(const FileSystemObject& files, const FileSystemError& error, const std::string& path,
+                  const std::string& root) {
+  return error.Kind() == FileError::PathNotFound && error.Path() == path && path != root &&
+         !files.FolderExists(path) && files.FolderExists(root);
+}
+
 }  // namespace brackwell

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "common/Files.h"
 #include "common/Progress.h"
 #include "common/Text.h"
 #include "platform/CaseRules.h"
@@ -44,16 +45,6 @@ std::unique_ptr<Folder> OpenIfThere(const FileSystemObject& files, const std::st
         kind != FileError::PathFileAccess)
       throw;
     return nullptr;
-  }
-}
-
-/// Walks the folder at `path` by `step`, which may find that it has gone since it was listed.
-template <typename Step>
-void UnlessGone(const std::string& path, Step step) {
-  try {
-    step();
-  } catch (const FileSystemError& error) {
-    if (error.Kind() != FileError::PathNotFound || error.Path() != path) throw;
   }
 }
 
@@ -183,7 +174,11 @@ void CompareEngine::CompareSourceSubFolder(const std::string& path, const SubFol
   if (mOptions.FlagSourceFolderMissing && !subFolder.IsOnOtherSide)
     return AddCompareRow(ResultKind::SourceFolderMissingInTarget, mOptions.SourceRoot, subPath);
   AddCompareRow(ResultKind::FolderSame, mOptions.SourceRoot, subPath);
-  UnlessGone(subPath, [&] { CompareSourceFolder(subPath); });
+  try {
+    CompareSourceFolder(subPath);
+  } catch (const FileSystemError& error) {
+    if (!IsGoneFolder(*mFiles, error, subPath, mOptions.SourceRoot)) throw;
+  }
 }
 
 void CompareEngine::CompareTargetFolder(const std::string& path) {
@@ -202,7 +197,11 @@ void CompareEngine::CompareTargetSubFolder(const std::string& path, const SubFol
   const std::string subPath(Checking(path, subFolder.Name));
   if (mOptions.FlagTargetFolderMissing && !subFolder.IsOnOtherSide)
     return AddCompareRow(ResultKind::TargetFolderMissingInSource, mOptions.TargetRoot, subPath);
-  UnlessGone(subPath, [&] { CompareTargetFolder(subPath); });
+  try {
+    CompareTargetFolder(subPath);
+  } catch (const FileSystemError& error) {
+    if (!IsGoneFolder(*mFiles, error, subPath, mOptions.TargetRoot)) throw;
+  }
 }
 
 /// While a source folder and its counterpart are both open and listed, what the walk over the target needs of

@@ -99,9 +99,7 @@ void FolderReader::Walk() {
 void FolderReader::EnterSubFolder(const std::string& path) try {
   EnterFolder(path);
 } catch (const FileSystemError& error) {
-  const bool isGone =
-      error.Kind() == FileError::PathNotFound && error.Path() == path && !mFiles->FolderExists(path);
-  if (!isGone) throw;
+  if (!IsGoneFolder(*mFiles, error, path, mPlan.Folder)) throw;
 }
 
 void FolderReader::EnterFolder(const std::string& path) {

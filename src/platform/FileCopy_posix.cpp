@@ -72,6 +72,14 @@ bool HasStayedTheSame(const Source& source, const Location& location, int flags)
   return fstatat(location.Folder(), location.Name(), &now, flags) == 0 && IsUnchanged(source.Status, now);
 }
 
+/// A link in the place of the very file that it leads to would lead to itself, and the file would be lost.
+void CheckLinkTarget(const Location& link, const Existing& existing, const std::string& target) {
+  struct stat led {};
+  if (existing && fstatat(link.Folder(), link.Name(), &led, 0) == 0 && led.st_dev == existing->st_dev &&
+      led.st_ino == existing->st_ino)
+    throw FileSystemError(FileError::PermissionDenied, target);
+}
+
 void CheckTarget(const Existing& existing, const Location& target, const struct stat& source,
                  bool overwrite) {
   if (!existing) return;
@@ -165,7 +173,7 @@ void CopyTimes(const struct stat& source, const Handle& file, const std::string&
 /// One copy of a file's content, and what is asked about it once it is made.
 class OneFile {
  public:
-  /// `flags` say whether `source` may be a link that is followed.
+  /// `follows` says whether `source` may be a link that is followed.
   OneFile(const Location& source, const struct stat& found, bool follows, const Location& target,
           const Tick& tick)
       : mFrom(source),
@@ -245,6 +253,7 @@ bool TryToCopy(const Location& source, const Location& target, bool overwrite, c
   Handle folder = OpenParent(target);
   if (existing) twins.Check(source, target, folder);
   if (S_ISLNK(found.st_mode)) {
+    CheckLinkTarget(source, existing, target.Path());
     PutLink(folder, std::string(FileName(target.Path())), target.Path(), TextOfLink(source), found.st_mtim,
             existing.has_value());
     return true;

@@ -147,7 +147,11 @@ void CopyPropertiesToNew(const Handle& from, const struct stat& status, const Ha
   const bool known = fstat(to.Get(), &made) == 0;
   const bool hasSameGroup = known && made.st_gid == status.st_gid;
   const bool hasSameOwner = hasSameGroup && made.st_uid == status.st_uid;
-  SetRights(to, status.st_mode & (hasSameOwner ? 07777 : 0777), AccessListOf(from, attributes), hasSameGroup);
+  const auto list = AccessListOf(from, attributes);
+  mode_t mode = status.st_mode & (hasSameOwner ? 07777 : 0777);
+  // Without the list nobody knows what the group may do: the mode shows the list's mask in that place.
+  if (!list && Contains(attributes, AccessList::Attribute)) mode &= ~static_cast<mode_t>(S_IRWXG);
+  SetRights(to, mode, list, hasSameGroup);
 }
 
 }  // namespace brackwell::posix

@@ -77,6 +77,7 @@ class PosixFileSystem final : public FileSystemObject {
 
   ItemProperties GetFile(const std::string& path) const override {
     const Location location(path, mRoots);
+    if (*location.Name() == '\0') throw FileSystemError(FileError::FileNotFound, path);
     ItemProperties file = posix::PropertiesAt(location.Folder(), location.Name(), path);
     if (file.Attributes & Attribute::Directory) throw FileSystemError(FileError::FileNotFound, path);
     return file;
@@ -102,6 +103,8 @@ class PosixFileSystem final : public FileSystemObject {
   std::string Drive(const std::string& path) const override {
     char resolved[PATH_MAX];
     std::string nearest = path;  // that is there and not too deep to be resolved
+    struct stat own {};
+    if (lstat(path.c_str(), &own) == 0 && S_ISLNK(own.st_mode)) nearest = ParentPath(path);
     while (nearest.size() >= PATH_MAX || !realpath(nearest.c_str(), resolved)) {
       if (nearest.empty()) return "/";
       nearest = ParentPath(nearest);

@@ -182,8 +182,10 @@ class Listing final : public Folder {
     unsigned char type = entry.d_type;
     if (type == DT_UNKNOWN) {
       struct stat status {};
-      if (fstatat(mHandle.Get(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;  // gone again
-      type = IFTODT(status.st_mode);
+      if (fstatat(mHandle.Get(), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+        type = IFTODT(status.st_mode);
+      else if (errno == ENOENT)
+        return;  // gone again
     }
     mMembers.Gather(entry.d_name, type == DT_DIR, type == DT_LNK);
   }

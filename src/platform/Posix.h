@@ -111,8 +111,8 @@ FileError ErrorOf(int code, FileError missing = FileError::PathNotFound);
 /// say that somebody wants the file kept.
 void CheckReplaceable(const struct stat& existing, int folder, const char* name, const std::string& path);
 
-/// Renames what is no folder and never overwrites, unless on a file system that can promise that in no way
-/// another program takes the name in the same moment. Gives errno, or 0 once it is done; EXDEV where the two
+/// Renames what is no folder and never overwrites, except where the file system has no call that refuses to:
+/// there another program can take the name in between. Gives errno, or 0 once it is done; EXDEV where the two
 /// are on different volumes.
 int RenameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to);
 

@@ -22,9 +22,13 @@ Handle OpenToRead(int folder, const char* name, int flags, const std::string& pa
 
 class FileReader final : public TextReader {
  public:
-  /// A file that is not open yet will be when it is needed. `folder` holds it.
-  FileReader(Handle file, const struct stat& opened, Handle folder, std::string path)
-      : mFile(std::move(file)), mOpened(opened), mFolder(std::move(folder)), mPath(std::move(path)) {}
+  /// A file that is not open yet will be when it is needed, with `openFlags`. `folder` holds it.
+  FileReader(Handle file, const struct stat& opened, Handle folder, int openFlags, std::string path)
+      : mFile(std::move(file)),
+        mOpened(opened),
+        mFolder(std::move(folder)),
+        mOpenFlags(openFlags),
+        mPath(std::move(path)) {}
 
   std::uint64_t Size() const override { return static_cast<std::uint64_t>(mOpened.st_size); }
 
@@ -74,7 +78,7 @@ class FileReader final : public TextReader {
 
   void Open() {
     if (!mFile.IsOpen())
-      mFile = OpenToRead(mFolder.Get(), std::string(FileName(mPath)).c_str(), O_NOFOLLOW, mPath);
+      mFile = OpenToRead(mFolder.Get(), std::string(FileName(mPath)).c_str(), mOpenFlags, mPath);
   }
   Handle Copy(const Handle& handle) const {
     Handle copy = handle.Duplicate();
@@ -95,6 +99,7 @@ class FileReader final : public TextReader {
   Handle mFile;
   const struct stat mOpened;
   const Handle mFolder;
+  const int mOpenFlags;
   const std::string mPath;
   std::uint64_t mAt = 0;
 };
@@ -113,7 +118,8 @@ std::unique_ptr<TextReader> OpenText(Location&& location) {
   const bool isWanted = status.st_size > 0 && status.st_nlink < 2;
   Handle file =
       isWanted ? OpenToRead(location.Folder(), location.Name(), location.OpenFlags(), path) : Handle();
-  return std::make_unique<FileReader>(std::move(file), status, location.TakeParent(), path);
+  const int openFlags = location.OpenFlags();
+  return std::make_unique<FileReader>(std::move(file), status, location.TakeParent(), openFlags, path);
 }
 
 }  // namespace brackwell::posix

@@ -350,13 +350,16 @@ void frmRename::ShowTakenNames() {
   if (!chkPreserve->isChecked()) return mList->SetTakenNames(false, mFolderFiles.Taken());
   const std::string folder = mFolderTree->SelectedFolder();
   const std::string copies = JoinPath(folder, RenamedFilesFolder);
+  TakenNames taken;
   try {
-    if (!folder.empty()) mCopies.Read(copies);
+    taken.IsNoFolder = !folder.empty() && mServices.Files.Within({folder})->FileExists(copies);
+    if (!folder.empty() && !taken.IsNoFolder) {
+      mCopies.Read(copies);
+      taken = mCopies.Taken();
+    }
   } catch (const FileSystemError&) {
     // There are no copies yet.
   }
-  TakenNames taken = mCopies.Taken();
-  taken.IsNoFolder = mServices.Files.Within({folder})->FileExists(copies);
   mList->SetTakenNames(true, std::move(taken));
 }
 

@@ -40,11 +40,11 @@ auto Writing(Step step) try {
 std::unique_ptr<TextReader> OpenUnlessEmpty(const FileSystemObject& files, const std::string& path) try {
   auto file = files.OpenTextFile(path);
   return file->Size() > 0 ? std::move(file) : nullptr;
-} catch (const FileSystemError& error) {
+} catch (const FileSystemError&) {
   const ItemProperties file = files.GetFile(path);
-  const bool leadsNowhere =
-      error.Kind() == FileError::FileNotFound && (file.Attributes & Attribute::Alias) != 0;
-  if (file.Size > 0 && !leadsNowhere) throw;
+  const bool isLink = (file.Attributes & Attribute::Alias) != 0;
+  if (isLink) throw FileSystemError(FileError::FileNotFound, path);
+  if (file.Size > 0) throw;
   return nullptr;
 }
 

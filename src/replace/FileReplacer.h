@@ -15,8 +15,8 @@ namespace brackwell {
 
 class FileSystemObject;
 
-/// Opens a file to look into it. Nothing for what holds no bytes: empty files, pipes and the like, and links
-/// that lead nowhere.
+/// Opens a file to look into it. Nothing for what holds no bytes: empty files, pipes and the like. Throws
+/// FileNotFound where a link has taken the file's place.
 std::unique_ptr<TextReader> OpenUnlessEmpty(const FileSystemObject& files, const std::string& path);
 
 /// A file's bytes, piece by piece and as often as wanted, in a buffer that serves one file after the other.

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "common/Files.h"
 #include "common/Progress.h"
 #include "common/Text.h"
 #include "platform/CaseRules.h"
@@ -72,9 +73,7 @@ bool ReplaceEngine::ScanFolder() {
 void ReplaceEngine::ListUnlessGone(const std::string& path, std::vector<std::string>& pending) try {
   ListFolder(path, pending);
 } catch (const FileSystemError& error) {
-  const bool isGone = error.Kind() == FileError::PathNotFound && path != mOptions.Folder &&
-                      !mFiles->FolderExists(path) && mFiles->FolderExists(mOptions.Folder);
-  if (!isGone) throw;
+  if (!IsGoneFolder(*mFiles, error, path, mOptions.Folder)) throw;
 }
 
 /// Its files before its subfolders, and those before whatever else is pending.
@@ -132,8 +131,8 @@ void ReplaceEngine::Process(ReplaceRow& row) try {
 /// A drive that is taken out, or a folder that goes as a whole, has no files any more either; that is no
 /// reason to go on.
 bool ReplaceEngine::IsGone(const std::string& path) const try {
-  if (mFiles->FolderExists(mOptions.Folder)) mFiles->GetFile(path);
-  return false;
+  return mFiles->FolderExists(mOptions.Folder) &&
+         (mFiles->GetFile(path).Attributes & Attribute::Alias) != 0;  // a link has taken its place
 } catch (const FileSystemError& error) {
   return IsMissing(error);
 }

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "compare/ComparedTrees.h"
+#include "support/ErrorNumber.h"
 #include "support/WithoutPrivileges_posix.h"
 
 // Comparing, and fixing what was found, on trees as they are met in the wild on POSIX.
@@ -180,6 +181,19 @@ TEST_F(Links, AFileFixedOntoOneTakesItsPlace) {
   EXPECT_EQ(LinkText("t/file"), "<no link>");
   EXPECT_EQ(Tree.Read("t/file"), "new");
   EXPECT_EQ(Tree.Read("outside/precious"), "precious");
+}
+
+TEST_F(Links, AreNotPutInThePlaceOfWhatTheyLeadTo) {
+  Tree.File("t/file", "the only copy", 5);
+  Link("../t/file", "s/file");
+  LinkModified("s/file", 9);
+  Tree.File("t/folder/file", "the only copy", 5);
+  Tree.Folder("s/folder");
+  Link("../../t/folder/file", "s/folder/file");
+  EXPECT_EQ(Compare(), (Lines{"- file newer in source", "d folder", "- folder/file newer in source"}));
+  EXPECT_EQ(FixTargets(), (Lines{"file 70", "folder/file 70"}));
+  EXPECT_EQ(Tree.Read("t/file"), "the only copy");
+  EXPECT_EQ(Tree.Read("t/folder/file"), "the only copy");
 }
 
 TEST_F(Links, PutThereBetweenComparisonAndFixAreNotGoneThrough) {
@@ -357,6 +371,13 @@ TEST_F(Vanishing, FoldersAreNotEntered) {
   });
   EXPECT_EQ(Walk(), (Lines{"- a", "d first", "d second", "- second/file", "d swapped",
                            "- first/file only in target", "- swapped/file only in target"}));
+}
+
+TEST_F(Vanishing, TheChosenFolderItselfEndsTheComparison) {
+  Both("a");
+  Both("first/file");
+  AfterRows(1, [this] { Tree.Remove("s"); });
+  EXPECT_EQ(ErrorNumber([this] { Walk(); }), 76);
 }
 
 TEST_F(Vanishing, TargetFoldersAreNotEntered) {

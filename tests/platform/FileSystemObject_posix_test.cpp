@@ -156,6 +156,8 @@ TEST_F(Links, MayBeChosenAndLeadToWhatIsChosen) {
   EXPECT_EQ(folder.Name, "to folder");
   EXPECT_EQ(folder.DateLastModified, TempTree::Time(80));
   EXPECT_EQ(mFiles->OpenTextFile(mTree.Path("to file"))->ReadAll(), "12345");
+  ASSERT_EQ(link(mTree.Path("folder/file.txt").c_str(), mTree.Path("folder/again.txt").c_str()), 0);
+  EXPECT_EQ(mFiles->OpenTextFile(mTree.Path("to file"))->ReadAll(), "12345") << "a file of two names";
 }
 
 TEST_F(Links, ThatLeadNowhereAreNeverOpened) {
@@ -349,6 +351,8 @@ TEST_F(Properties, TheDriveIsTheMountPoint) {
   EXPECT_EQ(mFiles->Drive("/"), "/");
   EXPECT_EQ(mFiles->Drive("/proc/self/status"), "/proc");
   EXPECT_EQ(mFiles->Drive("/proc/none/at/all"), "/proc");
+  Link("/proc", "link");
+  EXPECT_EQ(mFiles->Drive(mTree.Path("link")), mFiles->Drive(mTree.Path())) << "a link is where it stands";
 }
 
 }  // namespace

@@ -98,6 +98,18 @@ TEST_F(Links, PutInTheWayOfAListedFileAreNotFollowed) {
   EXPECT_EQ(Tree.Read("outside/b.txt"), "x");
 }
 
+TEST_F(Links, InThePlaceOfAListedFileAreAsIfItWereGone) {
+  Tree.File("outside/b.txt", "x");
+  for (const char* name : {"t/a.txt", "t/b.txt", "t/c.txt"}) Tree.File(name, "x");
+  AfterResults(1, [this] {
+    Tree.Remove("t/b.txt");
+    Link("../outside/b.txt", "t/b.txt");
+  });
+  EXPECT_EQ(Replace("x", "y"), (Lines{"a.txt: 1 matches replaced", "b.txt: ", "c.txt: 1 matches replaced",
+                                      "2 total matches were replaced"}));
+  EXPECT_EQ(Tree.Read("outside/b.txt"), "x");
+}
+
 TEST_F(Links, TheChosenFolderMayBeOne) {
   Tree.File("outside/a.txt", "x");
   Tree.Remove("t");
