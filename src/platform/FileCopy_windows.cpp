@@ -1,6 +1,8 @@
 #include "platform/FileCopy_windows.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -87,16 +89,22 @@ bool Remove(const std::string& path, const Found& item) {
   return IsMadeAsFolder(item) ? RemoveDirectoryW(nativePath.c_str()) : DeleteFileW(nativePath.c_str());
 }
 
-void CopyContent(const Handle& from, const std::string& sourcePath, const Handle& to,
+/// As far as the file went when it was opened: one that others add to all the time has an end as well.
+void CopyContent(const Source& source, const std::string& sourcePath, const Handle& to,
                  const std::string& targetPath, const Tick& tick) {
   const auto buffer = std::make_unique<std::byte[]>(BufferSize);
-  for (;;) {
+  const BY_HANDLE_FILE_INFORMATION& opened = source.Opened.Information;
+  std::uint64_t left = std::uint64_t{opened.nFileSizeHigh} << 32 | opened.nFileSizeLow;
+  while (left > 0) {
+    const auto wanted = static_cast<DWORD>(std::min<std::uint64_t>(left, BufferSize));
     DWORD length = 0;
-    if (!ReadFile(from.Get(), buffer.get(), BufferSize, &length, nullptr)) Raise(GetLastError(), sourcePath);
+    if (!ReadFile(source.File.Get(), buffer.get(), wanted, &length, nullptr))
+      Raise(GetLastError(), sourcePath);
     if (length == 0) return;
     DWORD written = 0;
     if (!WriteFile(to.Get(), buffer.get(), length, &written, nullptr)) Raise(GetLastError(), targetPath);
     if (written != length) throw FileSystemError(FileError::DiskFull, targetPath);
+    left -= length;
     CallTick(tick);
   }
 }
@@ -124,7 +132,7 @@ std::unique_ptr<PendingFile> CopyWhole(const Source& source, const std::string& 
   }
   auto pending = std::make_unique<PendingFile>(targetPath);
   CallTick(tick);
-  CopyContent(source.File, sourcePath, pending->File(), targetPath, tick);
+  CopyContent(source, sourcePath, pending->File(), targetPath, tick);
   return pending;
 }
 
@@ -165,7 +173,7 @@ bool CopyOnto(const std::string& sourcePath, const std::string& targetPath, cons
   if (target.IsOfSameFile(source.Opened)) throw FileSystemError(FileError::PermissionDenied, targetPath);
   const auto rewrite = RewriteFile(old, target.Information, targetPath, WithoutErrors(tick));
   CallTick(tick);
-  CopyContent(source.File, sourcePath, rewrite->Content(), targetPath, tick);
+  CopyContent(source, sourcePath, rewrite->Content(), targetPath, tick);
   if (!HasStayedTheSame(source, sourcePath)) return false;
   rewrite->CloseAsCopy(source.Opened.Dates.LastWriteTime);
   return true;

@@ -109,7 +109,7 @@ TEST_F(OddNames, ThatAreTooLongAreNotThere) {
   EXPECT_FALSE(mFiles->FileExists(tooLong));
   EXPECT_EQ(ErrorNumber([&] { mFiles->GetFile(tooLong); }), 53);
   EXPECT_EQ(ErrorNumber([&] { mFiles->GetFolder(tooLong); }), 76);
-  EXPECT_EQ(ErrorNumber([&] { mFiles->CreateFolder(tooLong); }), 76);
+  EXPECT_EQ(ErrorNumber([&] { mFiles->CreateFolder(tooLong); }), 52);
 }
 
 // --- Links
