@@ -2,63 +2,59 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <optional>
 #include <utility>
 
+#include "help/HtmlDocument.h"
 #include "platform/CaseRules.h"
 
 namespace brackwell {
 namespace {
 
-constexpr std::string_view Blanks = " \t\r\n";
-
-constexpr std::array<std::pair<std::string_view, std::string_view>, 6> NamedEntities{
-    {{"amp", "&"}, {"lt", "<"}, {"gt", ">"}, {"quot", "\""}, {"apos", "'"}, {"nbsp", " "}}};
-constexpr std::size_t LongestEntity = 10;  // without "&" and ";"
-
-/// The character of an ASCII code, as "#39"; pages are ASCII and need no others.
-std::optional<std::string> NumberedEntity(std::string_view entity) {
-  unsigned code = 0;
-  const auto [end, error] = std::from_chars(entity.data() + 1, entity.data() + entity.size(), code);
-  if (error != std::errc() || end != entity.data() + entity.size() || code == 0 || code > 127)
-    return std::nullopt;
-  return std::string(1, static_cast<char>(code));
-}
-
-std::optional<std::string> Entity(std::string_view entity) {
-  if (entity.starts_with('#')) return NumberedEntity(entity);
-  for (const auto& [name, text] : NamedEntities)
-    if (entity == name) return std::string(text);
-  return std::nullopt;
-}
-
-/// "/p" of "</p>"; in lower case.
-std::string TagName(std::string_view tag) {
-  const std::size_t begin = tag.starts_with('/') ? 1 : 0;
-  return Lower(tag.substr(0, tag.find_first_of(" \t\r\n/>", begin)));
-}
-
-/// Whether the words before and behind the tag can be one.
-bool IsInline(std::string name) {
-  if (name.starts_with('/')) name.erase(0, 1);
+/// Whether the words before and behind the element can be one.
+bool IsInline(std::string_view name) {
   constexpr std::array<std::string_view, 8> names{"a", "b", "code", "em", "i", "span", "strong", "u"};
   return std::ranges::find(names, name) != names.end();
 }
 
 void AppendText(std::string& text, std::string_view piece) {
-  for (const char c : piece) {
-    if (Blanks.find(c) == std::string_view::npos)
-      text += c;
+  constexpr std::string_view noBreak = "\u00A0";
+  while (!piece.empty()) {
+    const bool isNoBreak = piece.starts_with(noBreak);
+    const std::string_view character = piece.substr(0, isNoBreak ? noBreak.size() : 1);
+    if (!isNoBreak && std::string_view(" \t\r\n").find(character) == std::string_view::npos)
+      text += character;
     else if (!text.ends_with(' '))
       text += ' ';
+    piece.remove_prefix(character.size());
   }
 }
 
-/// Behind "</head>"; a page without a head is all body.
-std::string_view Body(std::string_view html) {
-  const std::size_t end = html.find("</head>");
-  return end == std::string_view::npos ? html : html.substr(end);
+/// Of the nodes from this one on and of all that is in them.
+void AppendText(std::string& text, const xmlNode* node) {
+  for (; node; node = node->next) {
+    if (node->type == XML_TEXT_NODE) AppendText(text, reinterpret_cast<const char*>(node->content));
+    const std::string_view name = ElementName(*node);
+    if (name.empty() || name == "head") continue;
+    if (!IsInline(name)) AppendText(text, " ");
+    AppendText(text, node->children);
+    if (!IsInline(name)) AppendText(text, " ");
+  }
+}
+
+std::string Trimmed(std::string text) {
+  if (text.starts_with(' ')) text.erase(0, 1);
+  if (text.ends_with(' ')) text.pop_back();
+  return text;
+}
+
+/// Null where there is none from this node on.
+const xmlNode* FindTitle(const xmlNode* node) {
+  for (; node; node = node->next) {
+    if (ElementName(*node) == "title") return node;
+    if (node->type != XML_ELEMENT_NODE) continue;
+    if (const xmlNode* title = FindTitle(node->children)) return title;
+  }
+  return nullptr;
 }
 
 /// A letter or digit of ASCII, or a byte of any other character.
@@ -68,44 +64,19 @@ bool IsWordByte(char c) {
 
 }  // namespace
 
-std::string DecodeEntities(std::string_view html) {
-  std::string text;
-  for (;;) {
-    const std::size_t begin = html.find('&');
-    text += html.substr(0, begin);
-    if (begin == std::string_view::npos) return text;
-    html.remove_prefix(begin + 1);
-    const std::size_t end = html.substr(0, LongestEntity + 1).find(';');
-    const auto character =
-        end == std::string_view::npos || end == 0 ? std::nullopt : Entity(html.substr(0, end));
-    text += character.value_or("&");
-    if (character) html.remove_prefix(end + 1);
-  }
-}
-
 std::string PlainText(std::string_view html) {
-  html = Body(html);
+  const HtmlDocument document = ParseHtml(html);
   std::string text;
-  while (!html.empty()) {
-    const std::size_t begin = html.find('<');
-    AppendText(text, DecodeEntities(html.substr(0, begin)));
-    if (begin == std::string_view::npos) break;
-    const std::size_t end = html.find('>', begin);
-    if (end == std::string_view::npos) break;
-    if (!IsInline(TagName(html.substr(begin + 1, end - begin - 1)))) AppendText(text, " ");
-    html.remove_prefix(end + 1);
-  }
-  if (text.starts_with(' ')) text.erase(0, 1);
-  if (text.ends_with(' ')) text.pop_back();
-  return text;
+  if (document) AppendText(text, document->children);
+  return Trimmed(std::move(text));
 }
 
 std::string PageTitle(std::string_view html) {
-  constexpr std::string_view open = "<title>";
-  const std::size_t begin = html.find(open);
-  if (begin == std::string_view::npos) return {};
-  html.remove_prefix(begin + open.size());
-  return DecodeEntities(html.substr(0, html.find('<')));
+  const HtmlDocument document = ParseHtml(html);
+  const xmlNode* title = document ? FindTitle(document->children) : nullptr;
+  std::string text;
+  if (title) AppendText(text, title->children);
+  return Trimmed(std::move(text));
 }
 
 std::vector<std::string> Words(std::string_view text) {

@@ -5,18 +5,15 @@
 #include <vector>
 
 // The text of help pages without their markup. Pages may be anybody's: whatever is in them, these come to an
-// end in one pass.
+// end, and look at the first 128 KB only.
 
 namespace brackwell {
 
-/// Text between two tags, or the value of an attribute, with the characters that its entities stand for.
-std::string DecodeEntities(std::string_view html);
-
-/// What a page shows: without tags, and without what stands in its head. A blank stands for any run of blanks
-/// and line ends; tags that begin or end a line count as blanks.
+/// What a page shows: without markup, and without what stands in its head. A blank stands for any run of
+/// blanks and line ends; elements that begin or end a line count as blanks.
 std::string PlainText(std::string_view html);
 
-/// What stands between <title> and </title>.
+/// What stands between <title> and </title>, with the same blanks.
 std::string PageTitle(std::string_view html);
 
 /// The words of a text, in lower case: runs of letters and digits.

@@ -15,7 +15,8 @@ struct HelpEntry {
 };
 
 /// The entries of a site map, the HTML in which contents (.hhc) and index (.hhk) are kept, in their order.
-/// Bounded in number and depth whatever the text holds; what makes no sense in it is left out.
+/// Bounded in number and depth whatever the text holds (see HtmlDocument.h); what makes no sense in it is
+/// left out.
 std::vector<HelpEntry> ParseSiteMap(std::string_view html);
 
 }  // namespace brackwell
