@@ -23,7 +23,7 @@ void AppendText(std::string& text, std::string_view piece) {
     const std::string_view character = piece.substr(0, isNoBreak ? noBreak.size() : 1);
     if (!isNoBreak && std::string_view(" \t\r\n").find(character) == std::string_view::npos)
       text += character;
-    else if (!text.ends_with(' '))
+    else if (!text.empty() && !text.ends_with(' '))
       text += ' ';
     piece.remove_prefix(character.size());
   }
@@ -41,8 +41,9 @@ void AppendText(std::string& text, const xmlNode* node) {
   }
 }
 
-std::string Trimmed(std::string text) {
-  if (text.starts_with(' ')) text.erase(0, 1);
+std::string TextFrom(const xmlNode* node) {
+  std::string text;
+  AppendText(text, node);
   if (text.ends_with(' ')) text.pop_back();
   return text;
 }
@@ -66,17 +67,13 @@ bool IsWordByte(char c) {
 
 std::string PlainText(std::string_view html) {
   const HtmlDocument document = ParseHtml(html);
-  std::string text;
-  if (document) AppendText(text, document->children);
-  return Trimmed(std::move(text));
+  return TextFrom(document ? document->children : nullptr);
 }
 
 std::string PageTitle(std::string_view html) {
   const HtmlDocument document = ParseHtml(html);
-  const xmlNode* title = document ? FindTitle(document->children) : nullptr;
-  std::string text;
-  if (title) AppendText(text, title->children);
-  return Trimmed(std::move(text));
+  const xmlNode* title = FindTitle(document ? document->children : nullptr);
+  return TextFrom(title ? title->children : nullptr);
 }
 
 std::vector<std::string> Words(std::string_view text) {
