@@ -53,7 +53,8 @@ DWORD CopyInPlace(const Handle& source, std::uint64_t size, const Handle& target
   if (error == ERROR_SUCCESS) error = SetSize(target, size);
   if (error == ERROR_SUCCESS) return error;
   std::uint64_t restored = 0;
-  CopyBytes(source, size, target, 0, std::min(done, oldSize), restored);
+  // The piece that failed may be there in part.
+  CopyBytes(source, size, target, 0, std::min(done + BufferSize, oldSize), restored);
   SetSize(target, oldSize);
   return error;
 }
