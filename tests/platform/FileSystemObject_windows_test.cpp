@@ -107,24 +107,32 @@ TEST_F(FileSystemObjectOnWindows, DatesAreWholeSecondsRoundedDown) {
   }
 }
 
-TEST_F(FileSystemObjectOnWindows, ACopyKeepsTheAttributes) {
+TEST_F(FileSystemObjectOnWindows, ANewFileTakesTheAttributesOfItsSource) {
   tree.File("a.txt", "new");
-  tree.File("b.txt", "old");
   SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_SYSTEM);
   EXPECT_EQ(CopyNumber("a.txt", "b.txt"), NoError);
-  EXPECT_EQ(tree.Read("b.txt"), "new");
   EXPECT_TRUE(AttributesOf(tree.Path("b.txt")) & FILE_ATTRIBUTE_SYSTEM);
   EXPECT_FALSE(AttributesOf(tree.Path("b.txt")) & FILE_ATTRIBUTE_HIDDEN) << "as it was while being written";
   SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(CopyNumber("a.txt", "c.txt"), NoError);
+  EXPECT_TRUE(AttributesOf(tree.Path("c.txt")) & FILE_ATTRIBUTE_READONLY);
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) SetAttributes(tree.Path(name), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FileSystemObjectOnWindows, AFileThatIsThereKeepsItsAttributes) {
+  tree.File("a.txt", "new");
+  tree.File("b.txt", "old");
+  SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_READONLY);
+  SetAttributes(tree.Path("b.txt"), FILE_ATTRIBUTE_SYSTEM);
   EXPECT_EQ(CopyNumber("a.txt", "b.txt"), NoError);
-  EXPECT_TRUE(AttributesOf(tree.Path("b.txt")) & FILE_ATTRIBUTE_READONLY);
-  SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_NORMAL);
-  SetAttributes(tree.Path("b.txt"), FILE_ATTRIBUTE_NORMAL);
+  EXPECT_EQ(tree.Read("b.txt"), "new");
+  constexpr DWORD Asked = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_HIDDEN;
+  EXPECT_EQ(AttributesOf(tree.Path("b.txt")) & Asked, DWORD{FILE_ATTRIBUTE_SYSTEM});
+  for (const char* name : {"a.txt", "b.txt"}) SetAttributes(tree.Path(name), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(FileSystemObjectOnWindows, ACopyKeepsOtherStreams) {
   tree.File("a.txt", "new");
-  tree.File("b.txt", "a longer old one");
   std::ofstream(tree.Path("a.txt") + ":zone") << "internet";
   SetAttributes(tree.Path("a.txt"), FILE_ATTRIBUTE_READONLY);
   EXPECT_EQ(CopyNumber("a.txt", "b.txt"), NoError);
@@ -132,6 +140,15 @@ TEST_F(FileSystemObjectOnWindows, ACopyKeepsOtherStreams) {
   EXPECT_EQ(tree.Read("b.txt:zone"), "internet");
   EXPECT_EQ(tree.List(), (Names{"a.txt", "b.txt"}));
   for (const char* name : {"a.txt", "b.txt"}) SetAttributes(tree.Path(name), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FileSystemObjectOnWindows, AFileThatIsThereKeepsItsStreams) {
+  tree.File("a.txt", "new");
+  tree.File("b.txt", "a longer old one");
+  std::ofstream(tree.Path("b.txt") + ":zone") << "own";
+  EXPECT_EQ(CopyNumber("a.txt", "b.txt"), NoError);
+  EXPECT_EQ(tree.Read("b.txt"), "new");
+  EXPECT_EQ(tree.Read("b.txt:zone"), "own");
 }
 
 TEST_F(FileSystemObjectOnWindows, AReadOnlyTargetIsKept) {
