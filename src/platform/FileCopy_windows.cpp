@@ -29,14 +29,16 @@ struct Look {
     return file.IsOpen() && GetFileInformationByHandle(file.Get(), &Information) &&
            GetFileInformationByHandleEx(file.Get(), FileBasicInfo, &Dates, sizeof Dates);
   }
+  std::uint64_t Size() const {
+    return std::uint64_t{Information.nFileSizeHigh} << 32 | Information.nFileSizeLow;
+  }
   bool IsOfSameFile(const Look& other) const {
     return Information.dwVolumeSerialNumber == other.Information.dwVolumeSerialNumber &&
            Information.nFileIndexHigh == other.Information.nFileIndexHigh &&
            Information.nFileIndexLow == other.Information.nFileIndexLow;
   }
   bool IsUnchanged(const Look& now) const {
-    return IsOfSameFile(now) && Information.nFileSizeHigh == now.Information.nFileSizeHigh &&
-           Information.nFileSizeLow == now.Information.nFileSizeLow &&
+    return IsOfSameFile(now) && Size() == now.Size() &&
            Dates.LastWriteTime.QuadPart == now.Dates.LastWriteTime.QuadPart &&
            Dates.ChangeTime.QuadPart == now.Dates.ChangeTime.QuadPart;
   }
@@ -89,22 +91,19 @@ bool Remove(const std::string& path, const Found& item) {
   return IsMadeAsFolder(item) ? RemoveDirectoryW(nativePath.c_str()) : DeleteFileW(nativePath.c_str());
 }
 
-/// As far as the file went when it was opened: one that others add to all the time has an end as well.
-void CopyContent(const Source& source, const std::string& sourcePath, const Handle& to,
+/// As far as the source went when it was opened: one that others add to all the time has an end as well.
+void CopyContent(const Source& from, const std::string& sourcePath, const Handle& to,
                  const std::string& targetPath, const Tick& tick) {
   const auto buffer = std::make_unique<std::byte[]>(BufferSize);
-  const BY_HANDLE_FILE_INFORMATION& opened = source.Opened.Information;
-  std::uint64_t left = std::uint64_t{opened.nFileSizeHigh} << 32 | opened.nFileSizeLow;
-  while (left > 0) {
+  for (std::uint64_t left = from.Opened.Size(); left > 0;) {
     const auto wanted = static_cast<DWORD>(std::min<std::uint64_t>(left, BufferSize));
     DWORD length = 0;
-    if (!ReadFile(source.File.Get(), buffer.get(), wanted, &length, nullptr))
-      Raise(GetLastError(), sourcePath);
+    if (!ReadFile(from.File.Get(), buffer.get(), wanted, &length, nullptr)) Raise(GetLastError(), sourcePath);
     if (length == 0) return;
+    left -= length;
     DWORD written = 0;
     if (!WriteFile(to.Get(), buffer.get(), length, &written, nullptr)) Raise(GetLastError(), targetPath);
     if (written != length) throw FileSystemError(FileError::DiskFull, targetPath);
-    left -= length;
     CallTick(tick);
   }
 }
