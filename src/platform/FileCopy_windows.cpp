@@ -49,9 +49,22 @@ struct Source {
   Look Opened;
 };
 
+/// Without letting others write, where nobody does already: then it cannot change while it is copied. Where
+/// another program has it open for writing, Windows tells what has become of it by size and dates alone. New
+/// bytes in the place of old ones may get their date only when that program closes the file, those of a
+/// mapped file even later, so such a change can go unnoticed.
+Handle OpenToCopy(const std::string& path) {
+  const std::wstring nativePath = NativePath(path);
+  constexpr DWORD Reading = FILE_SHARE_READ | FILE_SHARE_DELETE;
+  Handle unwritten(CreateFileW(nativePath.c_str(), GENERIC_READ, Reading, nullptr, OPEN_EXISTING,
+                               FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (unwritten.IsOpen() || GetLastError() != ERROR_SHARING_VIOLATION) return unwritten;
+  return Open(nativePath, GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
+}
+
 Source OpenSource(const std::string& path) {
   Source source;
-  source.File = Open(NativePath(path), GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
+  source.File = OpenToCopy(path);
   if (!source.File.IsOpen()) Raise(GetLastError(), path, FileError::FileNotFound);
   if (GetFileType(source.File.Get()) != FILE_TYPE_DISK)
     throw FileSystemError(FileError::PathFileAccess, path);

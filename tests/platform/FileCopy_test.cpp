@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "platform/FileSystemObject.h"
 #include "support/ErrorNumber.h"
@@ -20,6 +21,11 @@ class FileCopies : public testing::Test {
   }
   void HardLink(const std::string& name, const std::string& newName) {
     std::filesystem::create_hard_link(mTree.Path(name), mTree.Path(newName));
+  }
+  /// As a program that writes to it all the time: where nobody does, nobody can while it is copied on
+  /// Windows.
+  std::ofstream OpenForWriting(const std::string& name) {
+    return std::ofstream(mTree.Path(name), std::ios::app);
   }
 
   TempTree mTree;
@@ -69,6 +75,7 @@ TEST_F(FileCopies, RefuseReadOnlyFilesAndTheSourceItself) {
 
 TEST_F(FileCopies, AreMadeOnceMoreWhereTheSourceHasChanged) {
   mTree.File("source", "first");
+  const std::ofstream writer = OpenForWriting("source");
   bool isFirst = true;
   const auto changeOnce = [&] {
     if (isFirst) mTree.File("source", "first and second");
@@ -81,6 +88,7 @@ TEST_F(FileCopies, AreMadeOnceMoreWhereTheSourceHasChanged) {
 TEST_F(FileCopies, OfASourceThatGoesOnChangingAreNone) {
   mTree.File("source", "text");
   mTree.File("target", "old");
+  const std::ofstream writer = OpenForWriting("source");
   std::string content = "text";
   const auto change = [&] { mTree.File("source", content += " and more"); };
   try {

@@ -185,6 +185,22 @@ TEST_F(FileSystemObjectOnWindows, AFileThatAnotherProgramKeepsToItselfIsDenied) 
   EXPECT_EQ(tree.List(), (Names{"a.txt", "b.txt"}));
 }
 
+TEST_F(FileSystemObjectOnWindows, NobodyCanWriteToASourceWhileItIsCopied) {
+  tree.File("a.txt", "text");
+  const auto openForWriting = [&] {
+    const Handle writer = win32::Open(NativePath(tree.Path("a.txt")), GENERIC_WRITE);
+    return writer.IsOpen() ? ERROR_SUCCESS : GetLastError();
+  };
+  for (const char* target : {"new.txt", "b.txt"}) {
+    tree.File("b.txt", "old");
+    DWORD error = ERROR_SUCCESS;
+    files->CopyFile(tree.Path("a.txt"), tree.Path(target), true, [&] { error = openForWriting(); });
+    EXPECT_EQ(error, DWORD{ERROR_SHARING_VIOLATION}) << target;
+    EXPECT_EQ(tree.Read(target), "text");
+  }
+  EXPECT_EQ(openForWriting(), DWORD{ERROR_SUCCESS});
+}
+
 TEST_F(FileSystemObjectOnWindows, AFileBeingWrittenIsHiddenAndASecondWriterFindsRoom) {
   const auto first = files->CreateTextFile(tree.Path("a.txt"), true);
   const auto second = files->CreateTextFile(tree.Path("a.txt"), true);
