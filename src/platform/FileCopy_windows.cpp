@@ -9,6 +9,7 @@
 #include "platform/FileRewrite_windows.h"
 #include "platform/FolderListing_windows.h"
 #include "platform/PendingFile_windows.h"
+#include "platform/SetAside_windows.h"
 #include "platform/Win32.h"
 
 namespace brackwell::win32 {
@@ -95,15 +96,6 @@ void CheckTarget(const std::optional<Found>& existing, const std::string& path, 
   if (!existing->IsLink && isReadOnly) throw FileSystemError(FileError::PermissionDenied, path);
 }
 
-bool IsMadeAsFolder(const Found& link) {
-  return (link.Information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-bool Remove(const std::string& path, const Found& item) {
-  const std::wstring nativePath = NativePath(path);
-  return IsMadeAsFolder(item) ? RemoveDirectoryW(nativePath.c_str()) : DeleteFileW(nativePath.c_str());
-}
-
 /// As far as the source went when it was opened: one that others add to all the time has an end as well.
 void CopyContent(const Source& from, const std::string& sourcePath, const Handle& to,
                  const std::string& targetPath, const Tick& tick) {
@@ -148,6 +140,13 @@ std::unique_ptr<PendingFile> CopyWhole(const Source& source, const std::string& 
   return pending;
 }
 
+void Place(PendingFile& made, const std::string& path, const std::optional<Found>& existing) {
+  if (!existing || !IsMadeAsFolder(*existing)) return made.Commit(existing.has_value());
+  SetAside old(path, *existing);
+  made.Commit(false);
+  old.Remove();
+}
+
 /// False where the source has changed meanwhile; then nothing else has happened.
 bool CopyToNewFile(const std::string& sourcePath, const std::string& targetPath,
                    const std::optional<Found>& existing, const Tick& tick) {
@@ -159,9 +158,7 @@ bool CopyToNewFile(const std::string& sourcePath, const std::string& targetPath,
   const auto pending = CopyWhole(source, sourcePath, targetPath, tick);
   if (!HasStayedTheSame(source, sourcePath)) return false;
   pending->SetProperties(PropertiesFor(source.Opened.Dates));
-  // Of what is made as a folder nothing takes the place by itself.
-  const bool isFree = existing && IsMadeAsFolder(*existing) && Remove(targetPath, *existing);
-  pending->Commit(existing && !isFree);
+  Place(*pending, targetPath, existing);
   return true;
 }
 
@@ -215,19 +212,15 @@ void MakeLinkLike(const Found& link, const std::string& from, const std::string&
   if (opened.IsOpen()) SetFileInformationByHandle(opened.Get(), FileBasicInfo, &times, sizeof times);
 }
 
-/// What is made as a folder can neither take a place nor give it up in one step: the old one is removed
-/// first.
 void TakePlace(const std::string& neighbour, const std::string& target, const Found& existing) {
   const std::wstring from = NativePath(neighbour);
   const std::wstring to = NativePath(target);
   if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING)) return;
-  if (GetLastError() == ERROR_ACCESS_DENIED && Remove(target, existing) &&
-      MoveFileExW(from.c_str(), to.c_str(), 0))
-    return;
-  const DWORD error = GetLastError();
-  Found made;
-  if (LookUp(neighbour, made) == ERROR_SUCCESS) Remove(neighbour, made);
-  Raise(error, target);
+  // So the system says where one of the two is made as a folder.
+  if (GetLastError() != ERROR_ACCESS_DENIED) Raise(GetLastError(), target);
+  SetAside old(target, existing);
+  if (!MoveFileExW(from.c_str(), to.c_str(), 0)) Raise(GetLastError(), target);
+  old.Remove();
 }
 
 void CopyLink(const Found& link, const std::string& source, const std::string& target,
@@ -237,7 +230,12 @@ void CopyLink(const Found& link, const std::string& source, const std::string& t
   Found leftover;
   if (LookUp(neighbour, leftover) == ERROR_SUCCESS && leftover.IsLink) Remove(neighbour, leftover);
   MakeLinkLike(link, source, neighbour, target);
-  TakePlace(neighbour, target, *existing);
+  try {
+    TakePlace(neighbour, target, *existing);
+  } catch (const FileSystemError&) {
+    Remove(neighbour, link);
+    throw;
+  }
 }
 
 bool TryToCopy(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) {

@@ -13,8 +13,6 @@
 namespace brackwell::win32 {
 namespace {
 
-constexpr int NeighbourNumbers = 16;  // as many writers of one target at a time as anybody can have
-
 Handle OpenHidden(const std::wstring& nativePath, DWORD disposition) {
   return Handle(CreateFileW(nativePath.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE | WRITE_DAC, 0, nullptr,
                             disposition, FILE_ATTRIBUTE_HIDDEN, nullptr));

@@ -40,7 +40,11 @@ class PendingFile {
   FILE_BASIC_INFO mProperties{};
 };
 
-/// The path of a neighbour of `path`, for what is to take its place.
+/// As many writers of one target at a time as anybody can have.
+inline constexpr int NeighbourNumbers = 16;
+
+/// The path of a neighbour of `path`: for what is to take its place, where `number` is below
+/// NeighbourNumbers, or for what makes way.
 std::string NeighbourPath(const std::string& path, int number);
 
 /// Whether a file has more than its content: what a browser notes of where it is from, for example.

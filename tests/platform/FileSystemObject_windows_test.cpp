@@ -280,13 +280,54 @@ TEST_F(FileSystemObjectOnWindows, DevicesAreNotRead) {
   EXPECT_EQ(tree.Read("a.txt"), "old");
 }
 
-TEST_F(FileSystemObjectOnWindows, CopiesALinkAsALink) {
+class LinksOnWindows : public FileSystemObjectOnWindows {
+ protected:
+  void Link(const std::string& name, const std::string& target, DWORD flags = 0) {
+    constexpr DWORD AsUser = 2;  // allowed without privilege to developers
+    ASSERT_TRUE(CreateSymbolicLinkW(NativePath(tree.Path(name)).c_str(), win32::Widen(target).c_str(),
+                                    flags | AsUser));
+  }
+  void FolderLink(const std::string& name, const std::string& target) {
+    Link(name, target, SYMBOLIC_LINK_FLAG_DIRECTORY);
+  }
+};
+
+TEST_F(LinksOnWindows, AreCopiedAsLinks) {
   tree.Folder("folder");
-  constexpr DWORD AsUser = SYMBOLIC_LINK_FLAG_DIRECTORY | 2;  // allowed without privilege to developers
-  ASSERT_TRUE(CreateSymbolicLinkW(NativePath(tree.Path("link")).c_str(), L"folder", AsUser));
+  FolderLink("link", "folder");
   files->CopyFile(tree.Path("link"), tree.Path("copy"), false);
   EXPECT_EQ(files->GetFile(tree.Path("copy")).Attributes, Attribute::Alias);
   EXPECT_TRUE(files->LiesWithin(tree.Path("copy"), tree.Path("folder")));
+}
+
+TEST_F(LinksOnWindows, AreNotCopiedOntoTheFileThatTheyLeadTo) {
+  tree.File("target/a.txt", "the only content");
+  tree.Folder("source");
+  Link("source/a.txt", "..\\target\\a.txt");
+  EXPECT_EQ(CopyNumber("source/a.txt", "target/a.txt"), 70);
+  EXPECT_EQ(tree.Read("target/a.txt"), "the only content");
+}
+
+TEST_F(LinksOnWindows, ToFoldersTakeThePlaceOfFilesAndGiveItUp) {
+  tree.Folder("folder");
+  tree.File("file", "text");
+  tree.File("old", "old");
+  FolderLink("link", "folder");
+  EXPECT_EQ(CopyNumber("link", "old"), NoError);
+  EXPECT_EQ(files->GetFile(tree.Path("old")).Attributes, Attribute::Alias);
+  EXPECT_EQ(CopyNumber("file", "old"), NoError);
+  EXPECT_EQ(tree.Read("old"), "text");
+  EXPECT_TRUE(files->FolderExists(tree.Path("folder")));
+  EXPECT_EQ(files->GetFolder(tree.Path())->Files().size(), 3u) << "nothing is left beside them";
+}
+
+TEST_F(LinksOnWindows, StayWhereNothingCanTakeTheirPlace) {
+  tree.Folder("folder");
+  tree.File("old", "old");
+  FolderLink("link", "folder");
+  const Handle alone = OpenAlone(tree.Path("old"));
+  EXPECT_EQ(CopyNumber("link", "old"), 70);
+  EXPECT_EQ(files->GetFolder(tree.Path())->Files().size(), 2u) << "nothing is left beside them";
 }
 
 TEST(TempFolder, IsThereAndEndsInASeparator) {
