@@ -238,12 +238,22 @@ void CopyLink(const Found& link, const std::string& source, const std::string& t
   }
 }
 
+bool LeadToTheSameFile(const std::string& a, const std::string& b) {
+  Look first;
+  Look second;
+  return first.Take(Open(NativePath(a), 0)) && second.Take(Open(NativePath(b), 0)) &&
+         first.IsOfSameFile(second);
+}
+
 bool TryToCopy(const std::string& source, const std::string& target, bool overwrite, const Tick& tick) {
   const Found found = GetItem(source, FileError::FileNotFound);
   if (found.IsFolder()) throw FileSystemError(FileError::FileNotFound, source);
   const auto existing = FindTarget(target);
   CheckTarget(existing, target, overwrite);
   if (found.IsLink) {
+    // In the place of what it leads to it would lead to itself, and the content be gone.
+    if (existing && !existing->IsLink && LeadToTheSameFile(source, target))
+      throw FileSystemError(FileError::PermissionDenied, target);
     CopyLink(found, source, target, existing);
     return true;
   }
