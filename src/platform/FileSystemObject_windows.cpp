@@ -69,16 +69,14 @@ class WindowsFileSystem final : public FileSystemObject {
   }
 
   ItemProperties GetFile(const std::string& path) const override {
-    mRoots.CheckWay(path);
+    const auto way = mRoots.HoldWayTo(path);
     const auto found = win32::FindItem(path);
     if (!found || found->IsFolder()) throw FileSystemError(FileError::FileNotFound, path);
     return win32::PropertiesOf(*found, path);
   }
 
   std::unique_ptr<Folder> GetFolder(const std::string& path, const Tick& tick) const override {
-    mRoots.CheckWay(path);
-    if (mRoots.IsBelow(path) && !FolderExists(path)) throw FileSystemError(FileError::PathNotFound, path);
-    return win32::OpenListing(path, tick);
+    return win32::OpenListing(path, tick, mRoots.HoldFolder(path));
   }
 
   bool LiesWithin(const std::string& folder, const std::string& ancestor) const override {
@@ -131,24 +129,27 @@ class WindowsFileSystem final : public FileSystemObject {
 
   void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                 const Tick& tick) override {
-    mRoots.CheckWay(source);
-    mRoots.CheckWay(target);
+    const auto from = mRoots.HoldWayTo(source);
+    const auto to = mRoots.HoldWayTo(target);
     win32::CopyOneFile(source, target, overwrite, tick);
   }
 
   void CopyAsNewFile(const std::string& source, const std::string& target, const Tick& tick) override {
-    mRoots.CheckWay(source);
-    mRoots.CheckWay(target);
+    const auto from = mRoots.HoldWayTo(source);
+    const auto to = mRoots.HoldWayTo(target);
     win32::CopyAsNewFile(source, target, tick);
   }
 
   void CreateFolder(const std::string& path) override {
-    mRoots.CheckWay(path);
+    const auto way = mRoots.HoldWayTo(path);
     if (!CreateDirectoryW(NativePath(path).c_str(), nullptr)) win32::RaiseForName(GetLastError(), path);
   }
 
   void CopyFolderProperties(const std::string& source, const std::string& target) override {
-    const Handle from = OpenFolder(source);
+    const auto sourceWay = mRoots.HoldFolder(source);
+    const auto targetWay = mRoots.HoldFolder(target);
+    const Handle from = OpenChosen(source, FILE_READ_ATTRIBUTES);
+    if (!from.IsOpen()) Raise(GetLastError(), source);
     FILE_BASIC_INFO properties{};
     if (!GetFileInformationByHandleEx(from.Get(), FileBasicInfo, &properties, sizeof properties))
       Raise(GetLastError(), source);
@@ -156,20 +157,20 @@ class WindowsFileSystem final : public FileSystemObject {
     properties.ChangeTime.QuadPart = 0;
     properties.FileAttributes &= FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
                                  FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_ARCHIVE;
-    const Handle to = win32::Open(NativePath(target), FILE_WRITE_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+    const Handle to = OpenChosen(target, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES);
     // Kept where the file system can keep them; the copy itself is done.
     if (to.IsOpen()) SetFileInformationByHandle(to.Get(), FileBasicInfo, &properties, sizeof properties);
   }
 
   std::unique_ptr<TextReader> OpenTextFile(const std::string& path) const override {
-    mRoots.CheckWay(path);
+    const auto way = mRoots.HoldWayTo(path);
     const auto found = mRoots.IsBelow(path) ? win32::FindItem(path) : std::nullopt;
     if (found && found->IsLink) throw FileSystemError(FileError::PathFileAccess, path);
     return win32::OpenText(path);
   }
 
   std::unique_ptr<TextWriter> CreateTextFile(const std::string& path, bool overwrite) override {
-    mRoots.CheckWay(path);
+    const auto way = mRoots.HoldWayTo(path);
     Found existing;
     if (win32::LookUp(path, existing) == ERROR_SUCCESS) {
       if (!overwrite) throw FileSystemError(FileError::FileAlreadyExists, path);
@@ -194,6 +195,16 @@ class WindowsFileSystem final : public FileSystemObject {
     return folder;
   }
 
+  /// A folder that a link leads to only where it was chosen as such.
+  Handle OpenChosen(const std::string& path, DWORD access) const {
+    const bool isBelow = mRoots.IsBelow(path);
+    Handle folder = win32::Open(NativePath(path), access,
+                                FILE_FLAG_BACKUP_SEMANTICS | (isBelow ? FILE_FLAG_OPEN_REPARSE_POINT : 0));
+    if (isBelow && folder.IsOpen() && !win32::IsFolderItself(folder))
+      throw FileSystemError(FileError::PathNotFound, path);
+    return folder;
+  }
+
   static FileIdentity IdentityOf(const std::string& path) {
     const Handle folder = OpenFolder(path);
     BY_HANDLE_FILE_INFORMATION information;
@@ -203,7 +214,7 @@ class WindowsFileSystem final : public FileSystemObject {
   }
 
   std::optional<Found> Find(const std::string& path) const try {
-    mRoots.CheckWay(path);
+    const auto way = mRoots.HoldWayTo(path);
     return mRoots.IsBelow(path) ? win32::FindItem(path) : win32::FindFollowing(path);
   } catch (const FileSystemError&) {
     return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "platform/MemberList.h"
 
@@ -84,7 +85,8 @@ bool IsDotName(std::wstring_view name) { return name == L"." || name == L".."; }
 
 class Listing final : public Folder {
  public:
-  Listing(std::string path, Tick tick) : mPath(std::move(path)), mMembers(std::move(tick)) {}
+  Listing(std::string path, Tick tick, Way way)
+      : mPath(std::move(path)), mWay(std::move(way)), mMembers(std::move(tick)) {}
 
   const std::string& Path() const override { return mPath; }
 
@@ -171,6 +173,7 @@ class Listing final : public Folder {
   }
 
   const std::string mPath;
+  const Way mWay;
   MemberList mMembers;
   bool mRead = false;
 };
@@ -181,11 +184,11 @@ std::uint64_t Found::Size() const {
   return std::uint64_t{Information.nFileSizeHigh} << 32 | Information.nFileSizeLow;
 }
 
-std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick) {
+std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick, Way way) {
   const Found found = GetItem(path, FileError::PathNotFound);
   const auto target = found.IsLink ? FindFollowing(path) : found;
   if (!target || !target->IsFolder()) throw FileSystemError(FileError::PathNotFound, path);
-  return std::make_unique<Listing>(path, tick);
+  return std::make_unique<Listing>(path, tick, std::move(way));
 }
 
 std::optional<Found> FindItem(const std::string& path) {
@@ -219,6 +222,13 @@ DWORD LookUp(const std::string& path, Found& found) {
   const bool mayBeLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   found = {InformationOf(data), mayBeLink && IsLink(nativePath)};
   return ERROR_SUCCESS;
+}
+
+bool IsFolderItself(const Handle& opened) {
+  FILE_ATTRIBUTE_TAG_INFO item{};
+  return GetFileInformationByHandleEx(opened.Get(), FileAttributeTagInfo, &item, sizeof item) &&
+         (item.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
+         !IsLinkTag(item.FileAttributes, item.ReparseTag);
 }
 
 ItemDetails DetailsOf(const Found& found) {

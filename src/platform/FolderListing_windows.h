@@ -5,12 +5,13 @@
 #include <string>
 
 #include "platform/FileSystemObject.h"
+#include "platform/Roots_windows.h"
 #include "platform/Win32.h"
 
 namespace brackwell::win32 {
 
-/// Raises PathNotFound where there is no folder.
-std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick);
+/// Raises PathNotFound where there is no folder. The listing looks members up by path, so it keeps `way`.
+std::unique_ptr<Folder> OpenListing(const std::string& path, const Tick& tick, Way way);
 
 /// What one look-up tells. A link is what IsLinkTag says, whatever it leads to.
 struct Found {
@@ -29,6 +30,9 @@ std::optional<Found> FindFollowing(const std::string& path);
 Found GetItem(const std::string& path, FileError missing);
 /// The same. Gives the system's error code, or 0.
 DWORD LookUp(const std::string& path, Found& found);
+
+/// Whether what was opened by FILE_FLAG_OPEN_REPARSE_POINT is a folder and, as far as can be known, no link.
+bool IsFolderItself(const Handle& opened);
 
 ItemDetails DetailsOf(const Found& found);
 ItemProperties PropertiesOf(const Found& found, const std::string& path);
