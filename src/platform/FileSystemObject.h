@@ -114,7 +114,8 @@ class FileSystemObject {
 
   /// The same file system for a run in the folders that the user chose, which may be links or lie behind
   /// them. Below these roots no link is followed, also not one that takes a folder's place while the run
-  /// goes on, so nothing is reached that lies elsewhere. Holds a handle of each.
+  /// goes on, so nothing is reached that lies elsewhere; win32::Roots says what Windows cannot keep of that.
+  /// Holds a handle of each, on Windows of the folders that it has used last, which nobody can rename then.
   virtual std::unique_ptr<FileSystemObject> Within(const std::vector<std::string>& roots) const = 0;
 
   /// True for anything that is there and is not a folder. A link counts as what it leads to, unless it lies
@@ -140,15 +141,15 @@ class FileSystemObject {
   virtual std::string Type(std::string_view name, ItemKind kind) const = 0;
 
   /// Copies one regular file, or a link as the link it is, with its modification time. A new file takes its
-  /// mode, access list and user attributes from its source and lets in nobody whom the source does not. A
-  /// file that is there gets the content and modification time; all else stays its own, as in
-  /// TextReader::Rewrite. A link that is there is replaced, not followed. At every moment the target is
-  /// wholly old or wholly new. Throws FileAlreadyExists (no overwrite; on a disk that ignores case the target
-  /// is the copy of another file beside the source), PermissionDenied (a read-only target, even for an
-  /// administrator; one that another program has open for writing, where the system tells; a folder; the
-  /// source itself), PathFileAccess (what is neither file nor link; a source that keeps changing while it is
-  /// copied; a target that changes meanwhile), BadFileName (a name that the target's disk cannot hold),
-  /// DiskFull, ...
+  /// mode, access list and user attributes from its source and lets in nobody whom the source does not; on
+  /// Windows it has the access list that its folder gives, as with every copy made there. A file that is
+  /// there gets the content and modification time; all else stays its own, as in TextReader::Rewrite. A link
+  /// that is there is replaced, not followed. At every moment the target is wholly old or wholly new. Throws
+  /// FileAlreadyExists (no overwrite; on POSIX, on a disk that ignores case, the target is the copy of
+  /// another file beside the source), PermissionDenied (a read-only target, even for an administrator; one
+  /// that another program has open for writing, where the system tells; a folder; the source itself),
+  /// PathFileAccess (what is neither file nor link; a source that keeps changing while it is copied; a target
+  /// that changes meanwhile), BadFileName (a name that the target's disk cannot hold), DiskFull, ...
   virtual void CopyFile(const std::string& source, const std::string& target, bool overwrite,
                         const Tick& tick = {}) = 0;
   /// Copies the content that `source` leads to, which may be a link, into a file of its own: one that has
